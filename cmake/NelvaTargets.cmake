@@ -1,0 +1,55 @@
+# What every target of ours is compiled with, and the imported targets for the pinned dependencies.
+
+add_library(nelva_options INTERFACE)
+target_include_directories(nelva_options INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/src>)
+target_compile_options(nelva_options INTERFACE -Wall -Wextra -Wpedantic -Werror)
+if(NELVA_SANITIZE)
+  target_compile_options(nelva_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
+                                                 -fno-omit-frame-pointer)
+  target_link_options(nelva_options INTERFACE -fsanitize=address,undefined)
+endif()
+if(WIN32)
+  # The shipped DLL must not depend on any compiler runtime DLL.
+  target_link_options(nelva_options INTERFACE -static -static-libgcc -static-libstdc++)
+  target_compile_definitions(nelva_options INTERFACE UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX)
+  # printf of this CRT differs from the C standard's; the compiler's own does not.
+  target_compile_definitions(nelva_options INTERFACE __USE_MINGW_ANSI_STDIO=1)
+endif()
+
+# nelva_import(NAME LIBRARY...): static libraries of the dependency prefix, in link order.
+function(nelva_import name)
+  add_library(${name} INTERFACE IMPORTED GLOBAL)
+  target_include_directories(${name} SYSTEM INTERFACE ${NELVA_DEPS}/include)
+  foreach(library IN LISTS ARGN)
+    target_link_libraries(${name} INTERFACE ${NELVA_DEPS}/lib/lib${library}.a)
+  endforeach()
+endfunction()
+
+nelva_import(dep_pcre pcrecpp pcre)
+target_compile_definitions(dep_pcre INTERFACE PCRE_STATIC)
+nelva_import(dep_expat expat)
+target_compile_definitions(dep_expat INTERFACE XML_STATIC)
+nelva_import(dep_gtest gmock gtest)
+
+# Sonic is one C file, built with each preset so that the sanitizers see it too.
+get_filename_component(nelva_deps_root ${NELVA_DEPS} DIRECTORY)
+set(NELVA_SONIC_DIR ${nelva_deps_root}/src/sonic)
+set(NELVA_ESPEAK_DIR ${nelva_deps_root}/src/espeak-ng)
+add_library(dep_sonic STATIC ${NELVA_SONIC_DIR}/sonic.c)
+target_include_directories(dep_sonic SYSTEM PUBLIC ${NELVA_SONIC_DIR})
+if(NELVA_SANITIZE)
+  target_compile_options(dep_sonic PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=all)
+endif()
+
+find_package(Threads REQUIRED)
+
+# Header-only helpers of the tools come from the system's packages. A cross compiler must not see the rest of the
+# system's headers, so only these folders are linked into one of ours.
+find_path(NELVA_JSON_INCLUDE nlohmann/json.hpp PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+find_path(NELVA_CLI11_INCLUDE CLI/CLI.hpp PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH REQUIRED)
+set(NELVA_HEADER_ONLY ${CMAKE_BINARY_DIR}/header-only)
+file(MAKE_DIRECTORY ${NELVA_HEADER_ONLY})
+file(CREATE_LINK ${NELVA_JSON_INCLUDE}/nlohmann ${NELVA_HEADER_ONLY}/nlohmann SYMBOLIC)
+file(CREATE_LINK ${NELVA_CLI11_INCLUDE}/CLI ${NELVA_HEADER_ONLY}/CLI SYMBOLIC)
+add_library(dep_header_only INTERFACE)
+target_include_directories(dep_header_only SYSTEM INTERFACE ${NELVA_HEADER_ONLY})
