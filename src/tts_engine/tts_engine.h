@@ -6,8 +6,8 @@
 // Strings are UTF-8 and NUL-terminated. A null handle or a null `tts_wave` is the only sign of failure or of the end;
 // after a failure `tts_errmsg` tells why. One voice is used by one thread at a time; different voices may be used by
 // different threads at once.
-#ifndef TTS_ENGINE_TTS_ENGINE_H
-#define TTS_ENGINE_TTS_ENGINE_H
+#ifndef NELVA_TTS_ENGINE_TTS_ENGINE_H
+#define NELVA_TTS_ENGINE_TTS_ENGINE_H
 
 #include <stddef.h>
 #include <stdint.h>
