@@ -11,15 +11,15 @@
 
 #include <cstddef>
 #include <memory>
-#include <unordered_map>
-#include <vector>
+#include <span>
+#include <utility>
 
 #include "speechtext/attributes.h"
 #include "speechtext/attrsrecord.h"
 
 class AttrsTail {
 public:
-    using Records = std::vector<SpeechtextAttrsRecord>;
+    using Records = std::span<const SpeechtextAttrsRecord>;
     enum class Merge { drop, replace_last, add };
 
     AttrsTail();
@@ -30,32 +30,58 @@ public:
     ~AttrsTail();
 
     // What becomes of attrs, given at position behind records.
-    Merge decide(const Records& records, int position, const SpeechtextAttrs& attrs);
+    Merge decide(Records records, int position, const SpeechtextAttrs& attrs);
 
     // To be told after a record was pushed or the last one's object replaced, and before the last one is popped.
-    void added(const Records& records);
-    void replaced(const Records& records);
-    void popping(const Records& records);
-    // Nothing is known any more.
-    void forget();
+    void added(Records records) noexcept;
+    void replaced(Records records) noexcept;
+    void popping(Records records) noexcept;
+    // Looks at all records anew, or knows of none.
+    void learn(Records records) noexcept;
+    void forget() noexcept;
+    // Was every record told of, and did none change past this object?
+    bool knows_all(Records records) const { return known_count_ == records.size() && knows(records); }
 
-    // The last text attribute record, null without one.
-    const SpeechtextTextAttrs* last_contentattrs(const Records& records) const;
+    // The last text attribute record of the first count records; null without one.
+    const SpeechtextTextAttrs* last_contentattrs(Records records, std::size_t count) const;
+    const SpeechtextTextAttrs* last_contentattrs(Records records) const;
 
 private:
     struct Index;
 
-    bool knows(const Records& records) const;
-    std::size_t find_last_content(const Records& records) const;
-    Merge decide_content(const Records& records, int position, const SpeechtextTextAttrs& attrs);
-    bool repeated_at(const Records& records, int position, const SpeechtextAttrs& attrs);
-    bool repeated_before(const Records& records, std::size_t end, int position, const SpeechtextAttrs& attrs) const;
-    Index* index_for(const Records& records, int position);
+    bool knows(Records records) const;
+    std::size_t content_end(Records records, std::size_t count) const;
+    Merge decide_content(Records records, int position, const SpeechtextAttrs& attrs) const;
+    bool repeated(Records records, int position, const SpeechtextAttrs& attrs);
+    const Index* index_for(Records records);
 
     // The first known_count_ records are known: the last text attribute record among them is the one before
-    // content_end_ (0: none). known_last_ is the object of the last of them.
+    // content_end_ (0: none), and known_last_ is the object of the last of them.
     std::size_t known_count_ = 0;
     std::size_t content_end_ = 0;
     const SpeechtextAttrs* known_last_ = nullptr;
     std::unique_ptr<Index> index_;
 };
+
+// Applies the rule to records as if they were appended one by one to an empty vector, in place, without cloning.
+// dropped(object) gets each object that does not stay. Returns how many records stay, at the front.
+template <typename Dropped>
+std::size_t merge_records(std::span<SpeechtextAttrsRecord> records, AttrsTail* tail, Dropped dropped) {
+    std::size_t kept = 0;
+    for (const SpeechtextAttrsRecord record : records) {
+        switch (tail->decide(records.first(kept), record.position, *record.attrs)) {
+            case AttrsTail::Merge::drop:
+                dropped(record.attrs);
+                break;
+            case AttrsTail::Merge::replace_last:
+                dropped(std::exchange(records[kept - 1].attrs, record.attrs));
+                tail->replaced(records.first(kept));
+                break;
+            case AttrsTail::Merge::add:
+                records[kept++] = record;
+                tail->added(records.first(kept));
+                break;
+        }
+    }
+    return kept;
+}
