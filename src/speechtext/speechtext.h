@@ -27,13 +27,10 @@
 #include <string>
 #include <vector>
 
+#include "regexp/regexp.h"
 #include "speechtext/attributes.h"
 #include "speechtext/attrs_tail.h"
 #include "speechtext/attrsrecord.h"
-
-namespace regexp {
-class Match;
-}
 
 class Speechtext {
 public:
@@ -49,8 +46,8 @@ public:
     Speechtext() = default;
     Speechtext(const Speechtext& other);
     Speechtext(Speechtext&& other) noexcept;
-    // The match as a text of its own; defined with regexp::Match (include "regexp/regexp.h"). As a Match can be made
-    // from a string, this makes a text from a plain string, too.
+    // The match as a text of its own; defined with regexp::Match. As a Match can be made from a string, this makes a
+    // text from a plain string, too.
     Speechtext(const regexp::Match& match);
     Speechtext& operator=(const Speechtext& other);
     Speechtext& operator=(Speechtext&& other) noexcept;
