@@ -1,0 +1,38 @@
+// UTF-16 to UTF-8 in long runs, with the position of the character that each byte belongs to.
+
+#ifndef NELVA_FRAGMENTS_UTF16_TEXT_H
+#define NELVA_FRAGMENTS_UTF16_TEXT_H
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "platform/win32.h"
+
+class Speechtext;
+
+// The most bytes that the platform's conversion gives for one character, with room to spare.
+constexpr std::size_t character_bytes = 10;
+
+// The units of the character at `units`, of which `remaining` (at least 1) are left: 2 for a surrogate pair, else 1.
+std::size_t utf16_character_length(const WCHAR* units, std::size_t remaining);
+
+// Converts one character alone, by the platform's own answer for it; gives 0 where the platform gives no bytes.
+std::size_t convert_character(const WCHAR* units, std::size_t length, char (&target)[character_bytes]);
+
+// An upper bound of the bytes that `units` convert to, tight but for surrogates.
+std::size_t utf8_size_bound(const WCHAR* units, std::size_t count);
+
+// What is thrown at a text that does not fit into signed 32 bits.
+[[noreturn]] void throw_too_long();
+
+// Appends `size` bytes to *text. Throws std::length_error when the text would no longer fit into signed 32 bits.
+void append_bytes(Speechtext* text, const char* bytes, std::size_t size);
+
+// Appends `count` units to *text as UTF-8 and to *positions one entry for each byte: the position of the byte's
+// character, where that of the first unit is `first_position`. The result is that of converting each character alone:
+// lone surrogates become what the platform makes of them, and a unit for which it gives no bytes is left out.
+void append_utf16(const WCHAR* units, std::size_t count, std::uint32_t first_position, Speechtext* text,
+                  std::vector<std::uint32_t>* positions);
+
+#endif
