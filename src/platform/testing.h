@@ -32,14 +32,18 @@ long live_cotask_blocks();
 long allocation_calls();
 
 // Counting from this call, the `nth` allocation (the first is 1) gives null, or that one and all after it. At most
-// one of the two is in force; allow_allocations() ends it.
+// one of the two is in force. allow_allocations() ends it, and tells whether an allocation was made to fail.
 void fail_allocation(long nth);
 void fail_allocations_from(long nth);
-void allow_allocations();
+bool allow_allocations();
 
 // Counts as one allocation and says whether it may succeed. A test that replaces malloc or operator new calls this,
-// and then all allocators fail by one common count.
+// and then all allocators fail by one common count. What the stand-ins allocate for themselves is not the program's:
+// inside them it is always true, and nothing is counted.
 bool take_allocation_ticket();
+
+// Whether the calling thread is inside a stand-in.
+bool inside_stand_in();
 
 // ---- Event log ----
 
