@@ -131,4 +131,9 @@ const SpeechtextTextAttrs* Match::textattrs() const {
     return nullptr;
 }
 
+bool Match::has_role(const std::string& role) const {
+    const SpeechtextTextAttrs* attrs = textattrs();
+    return attrs && attrs->token.has_role(role);
+}
+
 }  // namespace regexp

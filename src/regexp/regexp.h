@@ -119,6 +119,8 @@ public:
     // The text attributes in force at the match's start, found from the iterator. Null without any, without a text, and
     // behind the last record of the text, although some are in force there. Lives as long as the text's record.
     const SpeechtextTextAttrs* textattrs() const;
+    // Token::has_role() on these; false without any.
+    bool has_role(const std::string& role) const;
 
     // Bytes only.
     bool operator==(const Match& other) const;

@@ -182,3 +182,16 @@ TEST(Match_textattrs, group_in_front_of_an_earlier_group_argument_walks_back) {
     EXPECT_EQ(language_of(earlier.textattrs()), "en");
     EXPECT_EQ((*earlier.attrsiter)->position, 2);
 }
+
+TEST(Match_has_role, asks_the_text_attributes_in_force) {
+    const Speechtext text = rich() << role("en", "pos:noun") << "a" << role("en", "pos:verb") << "b" << mark("m");
+    EXPECT_TRUE(found("(a)", text).has_role("pos:noun"));
+    EXPECT_FALSE(found("(a)", text).has_role("pos:verb"));
+    EXPECT_TRUE(found("(b)", text).has_role("pos:verb"));
+}
+
+TEST(Match_has_role, without_text_attributes_is_false) {
+    const Speechtext text = rich() << "ab";
+    EXPECT_FALSE(Match("ab").has_role("pos:noun"));
+    EXPECT_FALSE(found("(b)", text).has_role("pos:noun"));
+}
