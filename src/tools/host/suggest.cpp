@@ -1,0 +1,46 @@
+// Edit distance, one row at a time.
+#include "tools/host/suggest.h"
+
+#include <algorithm>
+#include <numeric>
+
+#include "tools/host/utf.h"
+
+namespace host {
+
+namespace {
+
+std::size_t edits_between(const std::string& from, const std::string& to) {
+    std::vector<std::size_t> row(to.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 1; i <= from.size(); ++i) {
+        std::size_t diagonal = row[0];
+        row[0] = i;
+        for (std::size_t k = 1; k <= to.size(); ++k) {
+            const std::size_t replaced = diagonal + (from[i - 1] == to[k - 1] ? 0 : 1);
+            diagonal = row[k];
+            row[k] = std::min({replaced, row[k] + 1, row[k - 1] + 1});
+        }
+    }
+    return row.back();
+}
+
+}  // namespace
+
+std::string closest_name(const std::string& typed, const std::vector<std::string>& known) {
+    const std::string wanted = ascii_lower(typed);
+    std::string nearest;
+    std::size_t fewest = std::string::npos;
+    for (const std::string& name : known) {
+        const std::size_t allowed = std::max<std::size_t>(1, name.size() / 3);
+        // A length that differs by more needs no comparison, which keeps huge input cheap.
+        if (wanted.size() > name.size() + allowed || name.size() > wanted.size() + allowed) continue;
+        const std::size_t edits = edits_between(wanted, ascii_lower(name));
+        if (edits > allowed || edits >= fewest) continue;
+        fewest = edits;
+        nearest = name;
+    }
+    return nearest;
+}
+
+}  // namespace host
