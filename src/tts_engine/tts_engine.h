@@ -33,12 +33,7 @@ typedef struct tts_voice_record* tts_voice;
 typedef struct tts_streamer_record* tts_streamer;
 
 // Kinds of event. Every other number is passed over.
-enum tts_event_type {
-    TTS_EVENT_WORD = 1,
-    TTS_EVENT_SENTENCE = 2,
-    TTS_EVENT_MARK = 3,
-    TTS_EVENT_VISEME = 4
-};
+enum tts_event_type { TTS_EVENT_WORD = 1, TTS_EVENT_SENTENCE = 2, TTS_EVENT_MARK = 3, TTS_EVENT_VISEME = 4 };
 
 // One event inside the samples of a `tts_wave`.
 typedef struct tts_wave_event {

@@ -1,0 +1,36 @@
+// Characters: decoding UTF-8 and the classes that cutting text into sentences and words asks for.
+#ifndef TTS_ENGINE_CHARACTERS_H
+#define TTS_ENGINE_CHARACTERS_H
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace tts {
+
+struct Decoded {
+    char32_t code;       // 0 if the bytes are no character
+    std::size_t length;  // how many bytes it takes; 1 for a byte that is none
+};
+
+// The character at the start of `bytes`, which are not empty. Overlong forms, surrogates and what lies above U+10FFFF
+// are no characters.
+Decoded decode_utf8(std::string_view bytes);
+
+void append_utf8(std::string& text, char32_t code);
+
+bool is_blank(char32_t c);        // white space of any script, and the zero width space
+bool is_punctuation(char32_t c);  // Unicode's categories P*, not symbols such as $ and +
+bool is_opening(char32_t c);      // brackets and quotes that stand in front of a word
+bool is_closing(char32_t c);      // brackets and quotes that stand behind a word, also " and '
+bool is_lower(char32_t c);
+bool is_alnum(char32_t c);
+bool is_full_stop(char32_t c);   // . and its kin, which need a look at what follows
+bool is_strong_end(char32_t c);  // ! ? and their kin
+bool is_wide_end(char32_t c);    // the ends of scripts that put no blank behind a sentence
+bool is_unspaced(char32_t c);    // of a script whose single characters count as words: Han, Hiragana, Katakana
+bool is_combining(char32_t c);   // belongs to the character before it
+
+}  // namespace tts
+
+#endif

@@ -1,0 +1,170 @@
+// Elements and what they mean. See document.h.
+#include "tts_engine/document.h"
+
+#include <cmath>
+#include <cstdlib>
+#include <utility>
+
+#include "tts_engine/characters.h"
+#include "tts_engine/prosody.h"
+
+namespace tts {
+namespace {
+
+constexpr std::size_t most_languages = 1000;
+
+const std::string* find(const MarkupAttributes& attributes, std::string_view name) {
+    for (const auto& attribute : attributes)
+        if (attribute.first == name) return &attribute.second;
+    return nullptr;
+}
+
+std::string value_of(const MarkupAttributes& attributes, std::string_view name) {
+    const std::string* value = find(attributes, name);
+    return value == nullptr ? std::string() : *value;
+}
+
+// "P" and a decimal number: the mark that stands at the start of each of a host's fragments.
+bool is_pitch_mark(const std::string& name) {
+    if (name.size() < 2 || name[0] != 'P') return false;
+    const std::size_t digits = name[1] == '-' ? 2 : 1;
+    return name.size() > digits && name.find_first_not_of("0123456789", digits) == std::string::npos;
+}
+
+}  // namespace
+
+Document::Document(std::string_view text) : text_(text) { rewind(); }
+
+void Document::rewind() {
+    MarkupHandler& handler = *this;
+    reader_ = std::make_unique<MarkupReader>(text_, handler);
+    cutter_ = SentenceCutter();
+    open_.clear();
+    open_of_kind_.fill(0);
+    attributes_ = Attributes();
+    written_pitch_ = marked_pitch_ = 1;
+    any_pitch_mark_ = finished_ = false;
+}
+
+bool Document::next(Sentence& sentence) {
+    while (cutter_.ready().empty()) {
+        if (finished_) return false;
+        if (reader_->step()) continue;
+        finished_ = true;
+        cutter_.finish();
+    }
+    sentence = std::move(cutter_.ready().front());
+    cutter_.ready().pop_front();
+    return true;
+}
+
+Document::Kind Document::kind_of(std::string_view name) {
+    static constexpr std::pair<std::string_view, Kind> known[] = {
+        {"speak", Kind::speak}, {"p", Kind::paragraph},         {"s", Kind::sentence},       {"voice", Kind::voice},
+        {"lang", Kind::lang},   {"prosody", Kind::prosody},     {"say-as", Kind::say_as},    {"mark", Kind::mark},
+        {"break", Kind::pause}, {"paragraph", Kind::paragraph}, {"sentence", Kind::sentence}};
+    for (const auto& [known_name, kind] : known)
+        if (name == known_name) return kind;
+    return Kind::other;
+}
+
+void Document::start_element(std::string_view name, const MarkupAttributes& attributes) {
+    const Kind kind = kind_of(name);
+    if (kind == Kind::mark) return add_mark(attributes);
+    if (kind == Kind::pause) return add_break(attributes);
+    if (kind == Kind::other) return;
+    open_.push_back({kind, attributes_, written_pitch_});
+    ++open_of_kind_[static_cast<std::size_t>(kind)];
+    if (kind == Kind::paragraph || kind == Kind::sentence) cutter_.end_sentence();
+    if (const std::string* language = find(attributes, "xml:lang")) set_language(*language);
+    if (kind == Kind::prosody) set_prosody(attributes);
+    if (kind == Kind::say_as) set_say_as(attributes);
+    cutter_.set_attributes(attributes_);
+}
+
+void Document::end_element(std::string_view name) {
+    const Kind kind = kind_of(name);
+    if (kind == Kind::other || open_of_kind_[static_cast<std::size_t>(kind)] == 0) return;
+    bool ends_sentence = false;
+    for (bool found = false; !found;) {
+        const Open& top = open_.back();
+        found = top.kind == kind;
+        ends_sentence |= top.kind == Kind::paragraph || top.kind == Kind::sentence;
+        attributes_ = top.attributes;
+        written_pitch_ = top.written_pitch;
+        --open_of_kind_[static_cast<std::size_t>(top.kind)];
+        open_.pop_back();
+    }
+    if (ends_sentence) cutter_.end_sentence();
+    cutter_.set_attributes(attributes_);
+}
+
+void Document::text(std::string_view text, std::uint32_t begin) {
+    while (!text.empty()) {
+        const Decoded decoded = decode_utf8(text);
+        const auto end = begin + static_cast<std::uint32_t>(decoded.length);
+        cutter_.add({decoded.code, begin, end});
+        begin = end;
+        text.remove_prefix(decoded.length);
+    }
+}
+
+void Document::character(char32_t code, std::uint32_t begin, std::uint32_t end) { cutter_.add({code, begin, end}); }
+
+void Document::set_language(std::string_view tag) {
+    if (tag.empty() || tag.size() > 35) return;
+    const std::string key(tag);
+    const auto known = language_numbers_.find(key);
+    if (known != language_numbers_.end()) {
+        attributes_.language = known->second;
+        return;
+    }
+    if (languages_.size() >= most_languages) return;
+    attributes_.language = static_cast<std::uint16_t>(languages_.size());
+    languages_.push_back(key);
+    language_numbers_.emplace(key, attributes_.language);
+}
+
+void Document::set_prosody(const MarkupAttributes& attributes) {
+    if (const std::string* rate = find(attributes, "rate"))
+        attributes_.rate = rate_from(*rate, attributes_.rate).value_or(attributes_.rate);
+    if (const std::string* volume = find(attributes, "volume"))
+        attributes_.volume = volume_from(*volume, attributes_.volume).value_or(attributes_.volume);
+    const std::string* pitch = find(attributes, "pitch");
+    if (pitch == nullptr || is_writers_pitch(*pitch)) return;
+    attributes_.pitch = pitch_from(*pitch, attributes_.pitch).value_or(attributes_.pitch);
+}
+
+bool Document::is_writers_pitch(const std::string& value) {
+    if (!any_pitch_mark_ || marked_pitch_ == written_pitch_) return false;
+    if (value != written_pitch(written_pitch_, marked_pitch_)) return false;
+    written_pitch_ = marked_pitch_;
+    return true;
+}
+
+void Document::set_say_as(const MarkupAttributes& attributes) {
+    const std::string kind = value_of(attributes, "interpret-as");
+    if (kind == "spell-out" || kind == "characters" || kind == "letters" || kind == "verbatim")
+        attributes_.say_as = SayAs::characters;
+    else if (kind == "digits")
+        attributes_.say_as = SayAs::digits;
+    else
+        attributes_.say_as = SayAs::text;
+}
+
+void Document::add_mark(const MarkupAttributes& attributes) {
+    std::string name = value_of(attributes, "name");
+    if (is_pitch_mark(name)) {
+        const auto tenths = static_cast<float>(std::atol(name.c_str() + 1));
+        marked_pitch_ = static_cast<float>(std::exp2(static_cast<double>(tenths) / 10.0));
+        any_pitch_mark_ = true;
+        cutter_.end_word();
+    }
+    cutter_.add_mark(std::move(name));
+}
+
+void Document::add_break(const MarkupAttributes& attributes) {
+    cutter_.add_pause(break_milliseconds(value_of(attributes, "time"), value_of(attributes, "strength")));
+}
+
+}  // namespace tts

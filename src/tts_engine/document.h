@@ -1,0 +1,82 @@
+// A document's meaning: elements become attributes of text, marks, pauses and ends of sentences.
+//
+// Elements that are understood: speak, p, s, voice, lang (their xml:lang; p and s also end sentences), prosody (rate,
+// pitch, volume), say-as (spell-out, characters, digits), break, mark. All others are transparent: what stands between
+// their tags is spoken. An end tag closes the innermost open element of its name and with it what is still open inside;
+// one that closes nothing is passed over.
+//
+// Pitch comes twice for a host's fragment: as a mark "P" with tenths of an octave, which the caller applies to the
+// audio, and as `pitch` of a prosody element, which the document's writer makes for the same change. The second must
+// not be heard. What the writer would write follows from the mark and from what it wrote before, so a `pitch` that is
+// exactly that is taken for the writer's, and any other is the host's own and is heard.
+#ifndef TTS_ENGINE_DOCUMENT_H
+#define TTS_ENGINE_DOCUMENT_H
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "tts_engine/markup.h"
+#include "tts_engine/sentence.h"
+
+namespace tts {
+
+class Document final : private MarkupHandler {
+public:
+    // `text` outlives the document.
+    explicit Document(std::string_view text);
+
+    // The next sentence, read as late as can be. False when there is none.
+    bool next(Sentence& sentence);
+
+    // Back to the first sentence.
+    void rewind();
+
+    // The language tag that Attributes::language numbers; empty for 0.
+    const std::string& language(std::uint16_t number) const { return languages_[number]; }
+
+private:
+    enum class Kind : std::uint8_t { speak, paragraph, sentence, voice, lang, prosody, say_as, mark, pause, other };
+    static constexpr std::size_t kinds = 10;
+
+    // An open element, with what was in force outside it.
+    struct Open {
+        Kind kind;
+        Attributes attributes;
+        float written_pitch;
+    };
+
+    static Kind kind_of(std::string_view name);
+
+    void start_element(std::string_view name, const MarkupAttributes& attributes) override;
+    void end_element(std::string_view name) override;
+    void text(std::string_view text, std::uint32_t begin) override;
+    void character(char32_t code, std::uint32_t begin, std::uint32_t end) override;
+
+    void set_language(std::string_view tag);
+    void set_prosody(const MarkupAttributes& attributes);
+    void set_say_as(const MarkupAttributes& attributes);
+    void add_mark(const MarkupAttributes& attributes);
+    void add_break(const MarkupAttributes& attributes);
+    bool is_writers_pitch(const std::string& value);
+
+    std::string_view text_;
+    std::unique_ptr<MarkupReader> reader_;
+    SentenceCutter cutter_;
+    std::vector<Open> open_;
+    std::array<std::uint32_t, kinds> open_of_kind_{};
+    Attributes attributes_;
+    float written_pitch_ = 1;  // the pitch factor that the document's writer holds to be in force
+    float marked_pitch_ = 1;   // the factor of the last pitch mark
+    bool any_pitch_mark_ = false;
+    bool finished_ = false;
+    std::vector<std::string> languages_{std::string()};
+    std::unordered_map<std::string, std::uint16_t> language_numbers_;
+};
+
+}  // namespace tts
+
+#endif

@@ -1,0 +1,44 @@
+# The synthesiser's own needs: espeak-ng and expat, the twelve exports, and the data beside the build's products.
+#
+#   <build>/share/espeak-ng-data       what a voice token's libPath names
+#   <build>/share/nelva/voices-data/   voice files; a token's voxPath names one of them
+
+add_library(dep_espeak INTERFACE)
+target_include_directories(dep_espeak SYSTEM INTERFACE ${NELVA_DEPS}/include ${NELVA_ESPEAK_DIR}/src/ucd-tools/src/include)
+target_link_libraries(dep_espeak INTERFACE ${NELVA_DEPS}/lib/libespeak-ng.a ${NELVA_DEPS}/lib/libspeechPlayer.a
+                                           ${NELVA_DEPS}/lib/libucd.a)
+target_compile_definitions(dep_espeak INTERFACE LIBESPEAK_NG_EXPORT=1)
+if(NOT WIN32)
+  target_link_libraries(dep_espeak INTERFACE m)
+endif()
+
+target_link_libraries(tts_engine PRIVATE nelva_options dep_espeak dep_expat)
+target_compile_definitions(tts_engine PRIVATE TTS_ENGINE_BUILDING)
+
+# This one file compiles espeak-ng's wave generator as a part of itself: it needs espeak-ng's internal headers, its
+# dialect of C and its flags (its arithmetic wraps around on purpose), and our warnings do not apply to it.
+set(NELVA_STEPPER ${CMAKE_CURRENT_SOURCE_DIR}/tts_engine/espeak/espeak_stepper.c)
+set(espeak_internal
+    -isystem ${NELVA_ESPEAK_DIR}/src/libespeak-ng -isystem ${NELVA_ESPEAK_DIR}/src/include/compat
+    -isystem ${NELVA_ESPEAK_DIR}/src/include -isystem ${NELVA_ESPEAK_DIR}/src/speechPlayer/include
+    -isystem ${NELVA_DEPS}/include/espeak-ng-internal)
+set(espeak_flags -std=gnu11 -fwrapv -O2 ${espeak_internal})
+if(NELVA_SANITIZE)
+  list(APPEND espeak_flags -fno-sanitize=undefined)
+endif()
+set_source_files_properties(${NELVA_STEPPER} PROPERTIES COMPILE_OPTIONS "${espeak_flags}")
+
+if(WIN32)
+  target_sources(tts_engine PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/tts_engine/tts_engine.def)
+else()
+  set(exports ${CMAKE_CURRENT_SOURCE_DIR}/tts_engine/tts_engine.map)
+  target_link_options(tts_engine PRIVATE -Wl,--version-script=${exports})
+  set_target_properties(tts_engine PROPERTIES LINK_DEPENDS ${exports})
+endif()
+
+# The data is compiled by the native build of espeak-ng and serves every target.
+get_filename_component(deps_root ${NELVA_DEPS} DIRECTORY)
+file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/share/nelva)
+file(CREATE_LINK ${deps_root}/native/share/espeak-ng-data ${CMAKE_BINARY_DIR}/share/espeak-ng-data
+     SYMBOLIC COPY_ON_ERROR)
+file(CREATE_LINK ${PROJECT_SOURCE_DIR}/data/voices ${CMAKE_BINARY_DIR}/share/nelva/voices-data SYMBOLIC COPY_ON_ERROR)

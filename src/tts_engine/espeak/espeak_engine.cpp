@@ -1,0 +1,246 @@
+// The lock around espeak-ng and the one piece of text in work. See espeak_engine.h.
+#include "tts_engine/espeak/espeak_engine.h"
+
+#include <espeak-ng/espeak_ng.h>
+#include <espeak-ng/speak_lib.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cstdio>
+#include <filesystem>
+#include <map>
+#include <mutex>
+#include <stdexcept>
+
+#include "tts_engine/espeak/espeak_stepper.h"
+#include "tts_engine/file_names.h"
+
+namespace tts {
+namespace {
+
+constexpr std::size_t samples_per_drain_step = 4096;
+
+// All of this is used under the lock.
+struct State {
+    std::mutex lock;
+    unsigned users = 0;
+    std::string data;      // the folder in use
+    std::string language;  // the voice that is set in espeak-ng
+    std::string variant;
+    Generation* in_work = nullptr;
+    std::map<std::string, std::string> known;  // language tag to voice
+};
+
+// Never destroyed: a host's threads may still speak while the process ends.
+State& state() {
+    static State& it = *new State;
+    return it;
+}
+
+struct Collector {
+    std::vector<SpeechEvent>* events;
+    std::uint64_t base;
+};
+
+// Called from C code: nothing may be thrown through it, so an event that finds no memory is lost.
+void collect(void* context, const espeak_stepper_event* event) noexcept {
+    auto* collector = static_cast<Collector*>(context);
+    SpeechEvent result{};
+    result.kind = event->type == ESPEAK_STEPPER_WORD ? SpeechEvent::Kind::word : SpeechEvent::Kind::phoneme;
+    result.position = event->position == 0 ? 0 : event->position - 1;
+    result.sample = collector->base + event->sample;
+    std::copy(std::begin(event->phoneme), std::end(event->phoneme), result.phoneme);
+    try {
+        collector->events->push_back(result);
+    } catch (...) {
+    }
+}
+
+std::string lower(std::string text) {
+    for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    return text;
+}
+
+// The folder that holds "phontab": `lib_path` or espeak-ng-data in it. Empty when neither does.
+std::filesystem::path data_folder(const std::string& lib_path) {
+    const std::filesystem::path given = path_of(lib_path);
+    std::error_code ignored;
+    for (const auto& candidate : {given / "espeak-ng-data", given})
+        if (std::filesystem::is_regular_file(candidate / "phontab", ignored)) return candidate;
+    return {};
+}
+
+// `priority` and the tag follow each other in espeak-ng's list of a voice's languages, which ends with a zero.
+int priority_of(const espeak_VOICE& voice, const std::string& tag) {
+    for (const char* at = voice.languages; at != nullptr && *at != 0;) {
+        const int priority = *at++;
+        const std::string language = at;
+        if (lower(language) == tag) return priority;
+        at += language.size() + 1;
+    }
+    return -1;
+}
+
+std::string voice_for(const std::string& tag) {
+    std::string best;
+    int best_priority = 1000;
+    const espeak_VOICE** voices = espeak_ListVoices(nullptr);
+    for (; voices != nullptr && *voices != nullptr; ++voices) {
+        const int priority = priority_of(**voices, tag);
+        if (priority < 0 || priority >= best_priority) continue;
+        best = (*voices)->identifier;
+        best_priority = priority;
+    }
+    return best;
+}
+
+std::string search_language(std::string tag) {
+    for (;;) {
+        std::string found = voice_for(tag);
+        if (!found.empty()) return found;
+        const std::size_t dash = tag.rfind('-');
+        if (dash == std::string::npos) return {};
+        tag.resize(dash);
+    }
+}
+
+void set_voice(State& engine, const std::string& language, const std::string& variant) {
+    if (engine.language == language && engine.variant == variant) return;
+    engine.language.clear();
+    const std::string name = variant.empty() ? language : language + "+" + variant;
+    if (espeak_ng_SetVoiceByName(name.c_str()) != ENS_OK)
+        throw std::runtime_error("espeak-ng has no voice \"" + name + "\"");
+    engine.language = language;
+    engine.variant = variant;
+}
+
+void read_data(State& engine, const std::string& lib_path, const std::filesystem::path& folder) {
+    // espeak-ng keeps its path in a buffer of this size, and adds names of files to it.
+    const std::string path = native_name_of(folder);
+    if (path.empty() || path.size() > 150)
+        throw std::runtime_error("the path of the synthesiser's data is too long or not usable here: " + lib_path);
+    char reason[512] = "";
+    if (espeak_stepper_start(path.c_str(), reason, sizeof reason) != 0)
+        throw std::runtime_error("the synthesiser's data in \"" + lib_path + "\" cannot be read: " + reason);
+    engine.data = path;
+    engine.language.clear();
+    engine.known.clear();
+}
+
+}  // namespace
+
+void EspeakEngine::acquire(const std::string& lib_path) {
+    State& engine = state();
+    std::lock_guard<std::mutex> guard(engine.lock);
+    const std::filesystem::path folder = data_folder(lib_path);
+    if (folder.empty())
+        throw std::runtime_error("no synthesiser data (espeak-ng's \"phontab\") in libPath \"" + lib_path + "\"");
+    if (engine.users == 0)
+        read_data(engine, lib_path, folder);
+    else if (engine.data != native_name_of(folder))
+        throw std::runtime_error("libPath \"" + lib_path + "\": voices in use come from other data, \"" + engine.data +
+                                 "\"; unload them first");
+    ++engine.users;
+}
+
+void EspeakEngine::release() {
+    State& engine = state();
+    std::lock_guard<std::mutex> guard(engine.lock);
+    if (--engine.users == 0) espeak_stepper_end();
+}
+
+std::string EspeakEngine::find_language(const std::string& tag) {
+    State& engine = state();
+    std::lock_guard<std::mutex> guard(engine.lock);
+    const std::string key = lower(tag);
+    const auto known = engine.known.find(key);
+    if (known != engine.known.end()) return known->second;
+    // A hostile document must not fill the memory with tags.
+    if (engine.known.size() > 1000) engine.known.clear();
+    return engine.known[key] = search_language(key);
+}
+
+bool EspeakEngine::has_variant(const std::string& name) {
+    State& engine = state();
+    std::lock_guard<std::mutex> guard(engine.lock);
+    std::error_code ignored;
+    if (name.find_first_of("/\\") != std::string::npos) return false;
+    return std::filesystem::is_regular_file(path_of_native(engine.data) / "voices" / "!v" / path_of(name), ignored);
+}
+
+Generation::~Generation() { stop(); }
+
+void Generation::stop() {
+    State& engine = state();
+    std::lock_guard<std::mutex> guard(engine.lock);
+    samples_.clear();
+    events_.clear();
+    in_work_ = false;
+    if (engine.in_work != this) return;
+    espeak_stepper_drop();
+    engine.in_work = nullptr;
+}
+
+namespace {
+
+// One step of the piece in work, appended to its buffers.
+void step(State& engine, std::vector<std::int16_t>& samples, std::vector<SpeechEvent>& events, std::uint64_t& produced,
+          std::size_t count, bool& in_work) {
+    const std::size_t before = samples.size();
+    samples.resize(before + count);
+    Collector collector{&events, produced};
+    int done = 0;
+    const std::size_t made = espeak_stepper_fill(samples.data() + before, count, collect, &collector, &done);
+    samples.resize(before + made);
+    produced += made;
+    if (!done) return;
+    in_work = false;
+    engine.in_work = nullptr;
+}
+
+}  // namespace
+
+void Generation::start(SpeechRequest request) {
+    State& engine = state();
+    std::lock_guard<std::mutex> guard(engine.lock);
+    if (engine.in_work == this) {
+        espeak_stepper_drop();
+        engine.in_work = nullptr;
+    }
+    while (Generation* other = engine.in_work) {
+        try {
+            step(engine, other->samples_, other->events_, other->produced_, samples_per_drain_step, other->in_work_);
+        } catch (const std::bad_alloc&) {
+            // Its owner loses the rest of that piece, not its life.
+            espeak_stepper_drop();
+            other->in_work_ = false;
+            engine.in_work = nullptr;
+        }
+    }
+    samples_.clear();
+    events_.clear();
+    produced_ = 0;
+    in_work_ = false;
+    request_ = std::move(request);
+    set_voice(engine, request_.language, request_.variant);
+    const espeak_stepper_settings settings = {request_.rate, request_.pitch, request_.range, request_.end_pause};
+    if (espeak_stepper_begin(request_.text.c_str(), &settings) != 0)
+        throw std::runtime_error("espeak-ng does not take the text");
+    in_work_ = true;
+    engine.in_work = this;
+}
+
+bool Generation::pull(std::size_t count, std::vector<std::int16_t>& samples, std::vector<SpeechEvent>& events) {
+    State& engine = state();
+    std::lock_guard<std::mutex> guard(engine.lock);
+    const bool more = in_work_ || !samples_.empty() || !events_.empty();
+    if (samples_.empty() && in_work_) step(engine, samples, events, produced_, count, in_work_);
+    // What another thread finished here comes as one piece; the owner cuts it up.
+    samples.insert(samples.end(), samples_.begin(), samples_.end());
+    events.insert(events.end(), events_.begin(), events_.end());
+    samples_.clear();
+    events_.clear();
+    return more;
+}
+
+}  // namespace tts

@@ -1,0 +1,83 @@
+// espeak-ng as several voices share it.
+//
+// espeak-ng has one set of global variables for the whole process, so one piece of text is in work at a time. A lock
+// guards it, and no lock is held between two calls of ours: a piece that is half spoken stays "in work", owned by its
+// Generation. Who needs espeak-ng for another piece first finishes the one in work into its owner's buffer, on their
+// own thread; the owner finds the rest there. So nobody waits longer than one piece (a sentence or less) takes to
+// compute, and every piece sounds as if it were spoken alone.
+#ifndef TTS_ENGINE_ESPEAK_ESPEAK_ENGINE_H
+#define TTS_ENGINE_ESPEAK_ESPEAK_ENGINE_H
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tts {
+
+// What is spoken and how. `rate`, `pitch` and `range` are on espeak-ng's scales (espeak_stepper.h).
+struct SpeechRequest {
+    std::string text;      // UTF-8, may hold embedded commands; not empty
+    std::string language;  // as a voice's name of espeak-ng, from EspeakEngine::find_language
+    std::string variant;   // file in voices/!v, or empty
+    int rate = 175;
+    int pitch = 50;
+    int range = 50;
+    bool end_pause = true;
+};
+
+struct SpeechEvent {
+    enum class Kind : std::uint8_t { word, phoneme };
+    Kind kind;
+    std::uint32_t position;  // word: index of its first character in the request's text, in code points, from 0
+    std::uint64_t sample;    // from the first sample of the request
+    char phoneme[9];         // phoneme: its IPA name
+};
+
+// One piece of text on its way to sound. Made, moved on and destroyed by one thread; while it is in work other threads
+// may write to it, under the engine's lock.
+class Generation {
+public:
+    Generation() = default;
+    ~Generation();
+    Generation(const Generation&) = delete;
+    Generation& operator=(const Generation&) = delete;
+
+    // Starts on a piece; what is left of the one before is dropped. Throws std::runtime_error if the voice's language
+    // or variant cannot be loaded.
+    void start(SpeechRequest request);
+
+    // Drops what is left of the piece.
+    void stop();
+
+    // Appends at least one and, but for what is there already, at most `count` new samples, and the events that came
+    // with them. False when the piece has no more; nothing is appended then.
+    bool pull(std::size_t count, std::vector<std::int16_t>& samples, std::vector<SpeechEvent>& events);
+
+private:
+    friend class EspeakEngine;
+    SpeechRequest request_;
+    std::vector<std::int16_t> samples_;
+    std::vector<SpeechEvent> events_;
+    std::uint64_t produced_ = 0;
+    bool in_work_ = false;
+};
+
+class EspeakEngine {
+public:
+    // Takes the library for data in `lib_path` (the folder espeak-ng-data or the one that holds it) and gives it back.
+    // The data is read once. Throws std::runtime_error if the folder holds none, or if other data is in use.
+    static void acquire(const std::string& lib_path);
+    static void release();
+
+    // espeak-ng's voice for a language tag such as "en-US": the tag itself, or the tag without its last parts. Empty
+    // when there is none. Answers are kept.
+    static std::string find_language(const std::string& tag);
+
+    // Whether there is a voice variant of that name.
+    static bool has_variant(const std::string& name);
+};
+
+}  // namespace tts
+
+#endif

@@ -1,0 +1,157 @@
+// The wave generator of espeak-ng and the loop around it. See espeak_stepper.h for what this relies on.
+
+// The generator reports each word and phoneme with a call of MarkerEvent, which espeak-ng defines for its own callback.
+// Under another name the calls come here. Compiling the file as part of this one also lets its state be reset.
+#define MarkerEvent espeak_stepper_marker
+#include "wavegen.c"
+#undef MarkerEvent
+
+#include "espeak_stepper.h"
+
+#include "error.h"
+#include "readclause.h"
+#include "speech.h"
+#include "synthdata.h"
+#include "translate.h"
+
+#include <locale.h>
+
+static espeak_stepper_sink current_sink;
+static void* current_context;
+static unsigned char* current_start;
+
+void espeak_stepper_marker(int type, unsigned int char_position, int value, int value2, unsigned char* place) {
+    espeak_stepper_event event;
+    if (current_sink == NULL || (type != espeakEVENT_WORD && type != espeakEVENT_PHONEME)) return;
+    memset(&event, 0, sizeof event);
+    event.sample = (size_t)(place - current_start) / 2;
+    if (type == espeakEVENT_WORD) {
+        event.type = ESPEAK_STEPPER_WORD;
+        event.position = char_position & 0xffffff;
+    } else {
+        event.type = ESPEAK_STEPPER_PHONEME;
+        memcpy(event.phoneme, &value, 4);
+        memcpy(event.phoneme + 4, &value2, 4);
+    }
+    current_sink(current_context, &event);
+}
+
+int espeak_stepper_start(const char* data, char* message, size_t message_size) {
+    // espeak-ng sets the character locale of the whole process and does not need it: it brings its own character tables.
+    char* before = setlocale(LC_CTYPE, NULL);
+    char* saved = before == NULL ? NULL : strdup(before);
+    espeak_ng_ERROR_CONTEXT context = NULL;
+    espeak_ng_InitializePath(data);
+    espeak_ng_STATUS status = espeak_ng_Initialize(&context);
+    if (saved != NULL) {
+        setlocale(LC_CTYPE, saved);
+        free(saved);
+    }
+    if (status == ENS_OK) {
+        espeak_ng_SetPhonemeEvents(1, 1);
+        return 0;
+    }
+    espeak_ng_GetStatusCodeMessage(status, message, message_size);
+    espeak_ng_ClearErrorContext(&context);
+    espeak_ng_Terminate();
+    return 1;
+}
+
+// Setting a voice leaves a copy of it in the generator's queue, for the text to come. The voice in force is set anew for
+// each text, so what waits there is given back.
+static void empty_queue(void) {
+    for (; wcmdq_head != wcmdq_tail; WcmdqIncHead())
+        if ((wcmdq[wcmdq_head][0] & 0xff) == WCMD_VOICE) free((void*)wcmdq[wcmdq_head][2]);
+    WcmdqStop();
+}
+
+void espeak_stepper_end(void) {
+    empty_queue();
+    espeak_ng_Terminate();
+}
+
+// The generator keeps a running index into its table of pitch flutter inside a function. One step as large as the
+// table carries it past the end, and the function starts again at 0 from there.
+static void reset_flutter(void) {
+    int step = Flutter_inc;
+    Flutter_inc = N_FLUTTER * 64;
+    AdvanceParameters();
+    Flutter_inc = step;
+}
+
+static void reset_wave_generator(void) {
+    empty_queue();
+    espeak_srand(1);
+    memcpy(embedded_value, embedded_default, sizeof embedded_value);
+    WavegenSetVoice(voice);
+    reset_flutter();
+    memset(&wdata, 0, sizeof wdata);
+    wdata.amplitude = 32;
+    wdata.amplitude_fmt = 100;
+    memset(peaks, 0, sizeof peaks);
+    memset(peak_harmonic, 0, sizeof peak_harmonic);
+    memset(peak_height, 0, sizeof peak_height);
+    memset(hspect, 0, sizeof hspect);
+    memset(harm_inc, 0, sizeof harm_inc);
+    harmspect = hspect[0];
+    wavephase = 0x7fffffff;
+    samplecount = samplecount_start = nsamples = 0;
+    modulation_type = glottal_flag = glottal_reduce = 0;
+    hswitch = end_wave = phaseinc = cycle_samples = cbytes = hf_factor = 0;
+    amp_ix = amp_inc = 0;
+    amplitude_env = NULL;
+}
+
+static void apply_settings(const espeak_stepper_settings* settings) {
+    espeak_ng_SetParameter(espeakRATE, settings->rate, 0);
+    espeak_ng_SetParameter(espeakVOLUME, 100, 0);
+    espeak_ng_SetParameter(espeakPITCH, settings->pitch, 0);
+    espeak_ng_SetParameter(espeakRANGE, settings->range, 0);
+    general_amplitude = GetAmplitude();
+    SetPitchFormants();
+}
+
+int espeak_stepper_begin(const char* text, const espeak_stepper_settings* settings) {
+    if (voice == NULL || translator == NULL) return 1;
+    current_sink = NULL;
+    reset_wave_generator();
+    apply_settings(settings);
+    InitText(espeakCHARS_UTF8);
+    option_ssml = 0;
+    option_phoneme_input = 0;
+    option_endpause = settings->end_pause ? espeakENDPAUSE : 0;
+    if (p_decoder == NULL) p_decoder = create_text_decoder();
+    if (text_decoder_decode_string_multibyte(p_decoder, text, translator->encoding, espeakCHARS_UTF8) != ENS_OK)
+        return 1;
+    n_phoneme_list = 0;
+    SpeakNextClause(0);
+    return 0;
+}
+
+size_t espeak_stepper_fill(int16_t* samples, size_t capacity, espeak_stepper_sink sink, void* context, int* done) {
+    current_sink = sink;
+    current_context = context;
+    current_start = (unsigned char*)samples;
+    out_ptr = current_start;
+    out_end = current_start + capacity * 2;
+    *done = 0;
+    while (out_ptr < out_end && !*done) {
+        WavegenFill();
+        // A clause is read only when all of the one before has become sound.
+        if (Generate(phoneme_list, &n_phoneme_list, 1) == 0 && WcmdqUsed() == 0 && SpeakNextClause(1) == 0) *done = 1;
+    }
+    current_sink = NULL;
+    return (size_t)(out_ptr - current_start) / 2;
+}
+
+void espeak_stepper_drop(void) {
+    // The generator keeps its place in a command that it has begun, so the queue is played to its end, unheard.
+    unsigned char unheard[4096];
+    current_sink = NULL;
+    n_phoneme_list = 0;
+    do {
+        out_ptr = unheard;
+        out_end = unheard + sizeof unheard;
+        WavegenFill();
+    } while (WcmdqUsed() != 0 || out_ptr == out_end);
+}

@@ -1,0 +1,66 @@
+// espeak-ng, driven step by step.
+//
+// espeak_Synth speaks a whole text before it returns and hands its audio to a callback. Here the same work is done in
+// steps that the caller asks for: `espeak_stepper_begin` reads the first clause of a text, each `espeak_stepper_fill`
+// gives the next samples. So a caller gets the first audio as soon as espeak-ng has it, and can stop whenever it likes,
+// without a thread.
+//
+// espeak-ng keeps everything in global variables: there is one text in work at a time, and all of this is called with
+// one lock held (espeak_engine.h). Each `begin` starts from the same state of the wave generator, so a text sounds
+// sample by sample the same whatever was spoken before.
+//
+// What this relies on of espeak-ng 1.52.0, all in espeak_stepper.c: the loop of Synthesize() in speech.c, which it
+// follows; that the wave generator (wavegen.c, compiled as part of espeak_stepper.c) writes from `out_ptr` to `out_end`
+// and reports by MarkerEvent(); and the names of the generator's own state.
+#ifndef TTS_ENGINE_ESPEAK_ESPEAK_STEPPER_H
+#define TTS_ENGINE_ESPEAK_ESPEAK_STEPPER_H
+
+#include <stddef.h>
+#include <stdint.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+enum espeak_stepper_event_type { ESPEAK_STEPPER_WORD, ESPEAK_STEPPER_PHONEME };
+
+typedef struct espeak_stepper_event {
+    int type;          // one of espeak_stepper_event_type
+    uint32_t position; // word: which character of the text it starts at, from 1
+    size_t sample;     // counted from the first sample of this call of espeak_stepper_fill
+    char phoneme[9];   // phoneme: its IPA name, UTF-8, cut behind 8 bytes; a stress mark may stand in front
+} espeak_stepper_event;
+
+// Takes the events of one `espeak_stepper_fill`, in order.
+typedef void (*espeak_stepper_sink)(void* context, const espeak_stepper_event* event);
+
+// How a text is spoken: espeak-ng's own scales.
+typedef struct espeak_stepper_settings {
+    int rate;      // words a minute, 80 to 450
+    int pitch;     // 0 to 99, 50 is the voice's own
+    int range;     // 0 to 99, 50 is the voice's own
+    int end_pause; // whether the pause that ends a sentence follows the text's last clause
+} espeak_stepper_settings;
+
+// Reads espeak-ng's data from the folder `data`. 0 on success; otherwise the reason stands in `message`.
+int espeak_stepper_start(const char* data, char* message, size_t message_size);
+
+// Gives back what `espeak_stepper_start` took.
+void espeak_stepper_end(void);
+
+// Starts on a text: NUL-terminated UTF-8, with espeak-ng's embedded commands, kept unchanged by the caller until the
+// text is done or dropped. It is spoken by the voice that was set last. 0 on success.
+int espeak_stepper_begin(const char* text, const espeak_stepper_settings* settings);
+
+// Writes up to `capacity` samples and returns how many. Fewer than asked for only when the text is done, and then
+// `*done` is set to 1.
+size_t espeak_stepper_fill(int16_t* samples, size_t capacity, espeak_stepper_sink sink, void* context, int* done);
+
+// Drops what is left of the text.
+void espeak_stepper_drop(void);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

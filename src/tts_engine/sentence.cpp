@@ -1,0 +1,230 @@
+// Cutting text into sentences and words. See sentence.h.
+#include "tts_engine/sentence.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
+
+#include "tts_engine/characters.h"
+
+namespace tts {
+namespace {
+
+// Where a sentence that does not end is cut, in characters: behind a comma, at any blank, inside a word.
+constexpr std::size_t long_at_comma = 300;
+constexpr std::size_t long_at_blank = 500;
+constexpr std::size_t longest = 700;
+
+// Abbreviations that a name or another word follows, in small letters.
+constexpr std::array<std::string_view, 57> before_words = {
+    "mr",     "mrs", "ms",   "dr",  "prof", "st",   "rev",  "gen",  "col",  "capt", "lt",     "sgt",
+    "hon",    "gov", "sen",  "rep", "pres", "mt",   "ft",   "vs",   "cf",   "viz",  "approx", "ca",
+    "messrs", "mme", "mlle", "mm",  "sr",   "sra",  "srta", "dra",  "ud",   "uds",  "sig",    "dott",
+    "hr",     "fr",  "dipl", "ing", "bzw",  "str",  "bspw", "ggf",  "evtl", "inkl", "exkl",   "geb",
+    "gest",   "mag", "ten",  "maj", "brig", "cmdr", "adm",  "supt", "insp"};
+
+// Abbreviations that a number follows.
+constexpr std::array<std::string_view, 27> before_numbers = {
+    "no",  "nos", "nr",  "vol", "fig", "figs", "eq",  "p",   "pp",   "ch",  "sec", "art", "abs", "kap",
+    "jan", "feb", "mar", "apr", "jun", "jul",  "aug", "sep", "sept", "oct", "nov", "dec", "bd"};
+
+template <std::size_t size>
+bool contains(const std::array<std::string_view, size>& list, std::string_view word) {
+    return std::find(list.begin(), list.end(), word) != list.end();
+}
+
+bool is_digit(char32_t c) { return c >= U'0' && c <= U'9'; }
+
+// The ASCII letters of the word in front of character `end`, in small letters; `dotted` if there is a dot among them.
+// Empty when the word is no abbreviation by its looks.
+std::string word_before(const std::vector<Character>& text, std::size_t end, bool& dotted) {
+    std::string word;
+    dotted = false;
+    for (std::size_t i = end; i > 0 && word.size() < 12; --i) {
+        const char32_t c = text[i - 1].code;
+        if (c == U'.')
+            dotted = true;
+        else if ((c | 0x20) >= U'a' && (c | 0x20) <= U'z')
+            word.push_back(static_cast<char>(c | 0x20));
+        else if (is_blank(c) || is_opening(c) || c == U'"' || c == U'\'')
+            break;
+        else
+            return {};
+    }
+    std::reverse(word.begin(), word.end());
+    return word;
+}
+
+bool is_abbreviation(const std::vector<Character>& text, std::size_t end, char32_t next) {
+    bool dotted = false;
+    const std::string word = word_before(text, end, dotted);
+    if (word.empty()) return false;
+    if (dotted) return word.size() <= 4;
+    if (word.size() == 1) return word != "i";
+    return contains(before_words, word) || (is_digit(next) && contains(before_numbers, word));
+}
+
+// Takes punctuation off both ends of characters `first` to `last`; nothing may be left.
+void add_token(const std::vector<Character>& text, std::size_t first, std::size_t last, std::vector<Token>& tokens) {
+    while (first < last && is_punctuation(text[first].code)) ++first;
+    while (last > first && is_punctuation(text[last - 1].code)) --last;
+    if (first < last) tokens.push_back({static_cast<std::uint32_t>(first), static_cast<std::uint32_t>(last)});
+}
+
+// Words between blanks; in scripts without blanks each character is one.
+std::vector<Token> tokens_of(const std::vector<Character>& text) {
+    std::vector<Token> tokens;
+    std::size_t first = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char32_t c = text[i].code;
+        const bool alone = is_unspaced(c);
+        if (!is_blank(c) && !alone) continue;
+        add_token(text, first, i, tokens);
+        first = i + 1;
+        if (!alone) continue;
+        while (first < text.size() && is_combining(text[first].code)) ++first;
+        tokens.push_back({static_cast<std::uint32_t>(i), static_cast<std::uint32_t>(first)});
+        i = first - 1;
+    }
+    add_token(text, first, text.size(), tokens);
+    return tokens;
+}
+
+}  // namespace
+
+void SentenceCutter::add(Character character) {
+    if (is_blank(character.code)) {
+        note_blank(character.code);
+        if (current_.text.empty() || is_blank(current_.text.back().code)) return;
+        if (too_long_before_blank()) return cut(false);
+        append(character);
+        return;
+    }
+    if (ends_before(character.code))
+        cut(true);
+    else if (current_.text.size() >= longest && !is_combining(character.code))
+        cut(false);
+    append_blank_at_border(character);
+    if (current_.runs.empty() || !(current_.runs.back().attributes == attributes_))
+        current_.runs.push_back({static_cast<std::uint32_t>(current_.text.size()), attributes_});
+    append(character);
+}
+
+void SentenceCutter::note_blank(char32_t code) {
+    blank_ = true;
+    if (code == U'\n' || code == 0x2029) ++newlines_;
+    if (code == 0x2029) ++newlines_;
+}
+
+bool SentenceCutter::too_long_before_blank() const {
+    const std::size_t size = current_.text.size();
+    if (size >= long_at_blank) return true;
+    const char32_t last = current_.text.back().code;
+    return size >= long_at_comma && (last == U',' || last == U';' || last == U':');
+}
+
+bool SentenceCutter::ends_before(char32_t code) const {
+    if (current_.text.empty()) return false;
+    if (blank_ && newlines_ >= 2) return true;
+    const bool goes_on =
+        code == U',' || code == U';' || code == U':' || is_full_stop(code) || is_strong_end(code) || is_wide_end(code);
+    if (end_ == End::none || goes_on) return false;
+    if (end_ == End::wide) return blank_ || !is_closing(code);
+    if (!blank_) return false;
+    if (end_ == End::strong) return !(closed_ && is_lower(code));
+    return !is_lower(code) && (closed_ || !is_abbreviation(current_.text, end_index_, code));
+}
+
+void SentenceCutter::append(Character character) {
+    const char32_t c = character.code;
+    const auto index = static_cast<std::uint32_t>(current_.text.size());
+    current_.text.push_back(character);
+    border_ = false;
+    if (is_blank(c)) {
+        current_.text.back().code = U' ';
+        return;
+    }
+    const End kind = is_full_stop(c)    ? End::full_stop
+                     : is_strong_end(c) ? End::strong
+                     : is_wide_end(c)   ? End::wide
+                                        : End::none;
+    if (kind != End::none) {
+        // "?!" and "..." end where they begin; a full stop behind a stronger end changes nothing.
+        if (end_ == End::none || blank_ || kind != End::full_stop) end_ = kind;
+        end_index_ = index;
+        closed_ = false;
+    } else if (end_ != End::none && !blank_ && is_closing(c)) {
+        closed_ = true;
+    } else {
+        end_ = End::none;
+    }
+    blank_ = false;
+    newlines_ = 0;
+}
+
+// Hosts that send each word as a fragment of its own leave out the blanks between; punctuation that comes alone still
+// belongs to the word before or behind it.
+void SentenceCutter::append_blank_at_border(const Character& next) {
+    if (!border_ || current_.text.empty()) return;
+    const char32_t before = current_.text.back().code;
+    const auto joins = [](char32_t c) { return c == U'-' || c == U'\'' || c == 0x2019; };
+    const bool ends_word =
+        !is_blank(before) && !joins(before) && !is_opening(before) && (!is_punctuation(before) || before != U'"');
+    const bool begins_word = !joins(next.code) && (!is_punctuation(next.code) || is_opening(next.code));
+    if (ends_word && begins_word && !is_combining(next.code)) append({U' ', next.begin, next.begin});
+}
+
+void SentenceCutter::add_mark(std::string name) {
+    const auto position = static_cast<std::uint32_t>(current_.text.size());
+    current_.anchors.push_back({Anchor::Kind::mark, position, 0, std::move(name)});
+}
+
+void SentenceCutter::add_pause(std::uint32_t milliseconds) {
+    const auto position = static_cast<std::uint32_t>(current_.text.size());
+    current_.anchors.push_back({Anchor::Kind::pause, position, milliseconds, {}});
+}
+
+void SentenceCutter::set_attributes(const Attributes& attributes) { attributes_ = attributes; }
+
+void SentenceCutter::end_word() { border_ = true; }
+
+void SentenceCutter::end_sentence() {
+    if (!current_.text.empty()) {
+        std::vector<Anchor> here = std::move(current_.anchors);
+        current_.anchors.clear();
+        cut(true);
+        ready_.back().anchors = std::move(here);
+    }
+    current_.begins = true;
+}
+
+void SentenceCutter::finish() {
+    if (!current_.text.empty()) return end_sentence();
+    if (current_.anchors.empty()) return;
+    current_.begins = false;
+    ready_.push_back(std::move(current_));
+    current_ = Sentence();
+}
+
+void SentenceCutter::cut(bool next_begins) {
+    Sentence next;
+    next.begins = next_begins;
+    current_.ends = next_begins;
+    std::vector<Character>& text = current_.text;
+    while (!text.empty() && is_blank(text.back().code)) text.pop_back();
+    auto& anchors = current_.anchors;
+    const auto behind = std::find_if(anchors.begin(), anchors.end(),
+                                     [&text](const Anchor& anchor) { return anchor.position >= text.size(); });
+    next.anchors.assign(std::make_move_iterator(behind), std::make_move_iterator(anchors.end()));
+    anchors.erase(behind, anchors.end());
+    for (Anchor& anchor : next.anchors) anchor.position = 0;
+    current_.tokens = tokens_of(text);
+    ready_.push_back(std::move(current_));
+    current_ = std::move(next);
+    end_ = End::none;
+    closed_ = blank_ = border_ = false;
+    newlines_ = 0;
+}
+
+}  // namespace tts

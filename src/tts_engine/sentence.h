@@ -1,0 +1,104 @@
+// One sentence of a document, as it goes to be spoken, and what cuts a document into them.
+#ifndef TTS_ENGINE_SENTENCE_H
+#define TTS_ENGINE_SENTENCE_H
+
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <vector>
+
+namespace tts {
+
+// A character and the bytes of the document that stand for it (an entity takes several).
+struct Character {
+    char32_t code;
+    std::uint32_t begin;
+    std::uint32_t end;
+};
+
+enum class SayAs : std::uint8_t { text, characters, digits };
+
+// How text is to be spoken. Factors are relative to the voice.
+struct Attributes {
+    float rate = 1;
+    float pitch = 1;
+    float volume = 1;
+    SayAs say_as = SayAs::text;
+    std::uint16_t language = 0;  // number of a language of the document; 0 is the voice's own
+    bool operator==(const Attributes&) const = default;
+};
+
+// Text from character `first` on is spoken with these attributes.
+struct Run {
+    std::uint32_t first;
+    Attributes attributes;
+};
+
+// A mark or a pause that stands in front of character `position` (or behind the last).
+struct Anchor {
+    enum class Kind : std::uint8_t { mark, pause };
+    Kind kind;
+    std::uint32_t position;
+    std::uint32_t milliseconds;  // of a pause
+    std::string name;            // of a mark
+};
+
+// A word or number as it stands in the text: characters `first` up to, not including, `last`.
+struct Token {
+    std::uint32_t first;
+    std::uint32_t last;
+};
+
+struct Sentence {
+    std::vector<Character> text;
+    std::vector<Run> runs;        // the first at character 0 if there is text
+    std::vector<Anchor> anchors;  // by position
+    std::vector<Token> tokens;
+    bool begins = true;  // false for what goes on with a sentence that was too long for one piece
+    bool ends = true;    // false if the next piece goes on with it
+    bool has_text() const { return !text.empty(); }
+};
+
+// Takes a document's text, marks and changes of attributes in order and gives sentences.
+//
+// A sentence ends at . ! ? and their kin where a blank follows (where . follows an abbreviation or precedes a small
+// letter it does not), at the ends of scripts without blanks, at an empty line, and where the document says so. A
+// sentence that does not end is cut at a blank, so that no piece grows without bound. Blanks at both ends of a sentence
+// belong to none. Marks behind a sentence's end stand at the start of the next.
+class SentenceCutter {
+public:
+    void add(Character character);
+    void add_mark(std::string name);
+    void add_pause(std::uint32_t milliseconds);
+    void set_attributes(const Attributes& attributes);
+    void end_word();      // a fragment's border: what follows is another word
+    void end_sentence();  // the document says that a sentence ends here
+    void finish();        // the document ends
+
+    // The sentences that are complete, oldest first; the caller takes them out.
+    std::deque<Sentence>& ready() { return ready_; }
+
+private:
+    enum class End : std::uint8_t { none, full_stop, strong, wide };
+
+    void note_blank(char32_t code);
+    bool ends_before(char32_t code) const;
+    bool too_long_before_blank() const;
+    void append(Character character);
+    void append_blank_at_border(const Character& next);
+    void cut(bool next_begins);
+
+    Sentence current_;
+    Attributes attributes_;
+    std::deque<Sentence> ready_;
+    End end_ = End::none;          // what the text so far ends with, but for closing quotes and brackets
+    bool closed_ = false;          // closing quotes or brackets stand behind that end
+    bool blank_ = false;           // and blanks behind that
+    unsigned newlines_ = 0;        // how many of those are line ends
+    bool border_ = false;          // a word ends at a fragment's border
+    std::uint32_t end_index_ = 0;  // where in the text the end's first character stands
+};
+
+}  // namespace tts
+
+#endif

@@ -1,0 +1,339 @@
+// Sentence by sentence from a document to records. See streamer.h.
+#include "tts_engine/streamer.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "tts_engine/visemes.h"
+
+namespace tts {
+namespace {
+
+constexpr std::uint64_t sample_rate = 22050;
+
+// The first record is kept short, so that speech starts soon: 60 ms, what espeak-ng hands over at a time.
+constexpr std::size_t first_samples = 1323;
+
+constexpr std::size_t usual_samples = 2205;
+constexpr std::size_t most_samples = 1u << 20;
+
+std::string lower(std::string text) {
+    for (char& c : text)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
+    return text;
+}
+
+// Whether a voice of `language` speaks text of language `tag` as it is: "en-us" does "en" and "en-US".
+bool speaks(const std::string& language, const std::string& tag) {
+    const std::string own = lower(language);
+    const std::string asked = lower(tag);
+    return own == asked || own.compare(0, asked.size() + 1, asked + "-") == 0;
+}
+
+bool is_pitch(const OutputEvent& event) {
+    return event.type == TTS_EVENT_MARK && !event.mark.empty() && event.mark[0] == 'P';
+}
+
+std::int16_t scaled(std::int16_t sample, float gain) {
+    return static_cast<std::int16_t>(std::clamp(std::lround(static_cast<float>(sample) * gain), -32768L, 32767L));
+}
+
+}  // namespace
+
+Streamer::Streamer(const StreamerVoice& voice, std::string_view text)
+    : voice_(voice), document_(text), espeak_voices_{voice.espeak_voice} {}
+
+// ---- Records
+
+tts_wave* Streamer::synth(std::uint32_t count) {
+    std::size_t wanted = count == 0 ? usual_samples : std::min<std::size_t>(count, most_samples);
+    if (delivered_ == 0) wanted = std::min(wanted, first_samples);
+    for (;;) {
+        const std::size_t held = pending_.size() - pending_from_;
+        if (held >= wanted) return deliver(wanted);
+        if (silence_ > 0) {
+            make_silence(wanted - held);
+        } else if (speaking_) {
+            pull_speech(wanted - held);
+        } else if (!next_part()) {
+            // A record holds no part of two sentences.
+            if (held > 0) return deliver(held);
+            if (!next_sentence()) return deliver_rest();
+        }
+    }
+}
+
+tts_wave* Streamer::deliver(std::size_t count) {
+    count = samples_before_new_pitch(count);
+    std::vector<OutputEvent> events;
+    while (!events_.empty() && events_.front().sample < delivered_ + count) {
+        if (is_pitch(events_.front())) pitch_mark_ = events_.front().mark;
+        events.push_back(std::move(events_.front()));
+        events_.pop_front();
+    }
+    tts_wave* wave = make_wave({pending_.data() + pending_from_, count}, events, delivered_);
+    heard_ = number_;
+    delivered_ += count;
+    pending_from_ += count;
+    if (pending_from_ == pending_.size()) {
+        pending_.clear();
+        pending_from_ = 0;
+    }
+    return wave;
+}
+
+// How many of the next `count` samples stand before a mark that changes the pitch; all if none does.
+std::size_t Streamer::samples_before_new_pitch(std::size_t count) const {
+    const std::string* pitch = &pitch_mark_;
+    for (const OutputEvent& event : events_) {
+        if (event.sample >= delivered_ + count) break;
+        if (!is_pitch(event)) continue;
+        if (event.mark != *pitch && event.sample > delivered_)
+            return static_cast<std::size_t>(event.sample - delivered_);
+        pitch = &event.mark;
+    }
+    return count;
+}
+
+// What is left when all audio is out: marks at the document's end, the closed mouth.
+tts_wave* Streamer::deliver_rest() {
+    if (last_viseme_ != nullptr) emit_viseme("sil", made_);
+    const bool silent = made_ == 0;
+    std::vector<OutputEvent> rest;
+    for (OutputEvent& event : events_)
+        if (!silent || !is_pitch(event)) rest.push_back(std::move(event));
+    events_.clear();
+    if (rest.empty()) return nullptr;
+    return make_wave({}, rest, delivered_);
+}
+
+void Streamer::make_silence(std::size_t count) {
+    count = static_cast<std::size_t>(std::min<std::uint64_t>(count, silence_));
+    pending_.insert(pending_.end(), count, 0);
+    silence_ -= count;
+    made_ += count;
+}
+
+// ---- Sentences and their parts
+
+bool Streamer::next_sentence() {
+    if (ended_ || !document_.next(sentence_)) {
+        ended_ = true;
+        return false;
+    }
+    if (sentence_.has_text() && sentence_.begins) ++number_;
+    position_ = part_end_ = 0;
+    next_anchor_ = next_token_ = 0;
+    announced_ = !sentence_.begins;
+    return true;
+}
+
+// Starts on the next pause or stretch of text. False when the sentence has no more.
+bool Streamer::next_part() {
+    while (next_anchor_ < sentence_.anchors.size() && sentence_.anchors[next_anchor_].position <= position_) {
+        Anchor& anchor = sentence_.anchors[next_anchor_++];
+        if (anchor.kind == Anchor::Kind::mark) {
+            emit({TTS_EVENT_MARK, made_, 0, 0, nullptr, std::move(anchor.name)});
+        } else if (anchor.milliseconds > 0) {
+            emit_viseme("sil", made_);
+            silence_ = anchor.milliseconds * sample_rate / 1000;
+            return true;
+        }
+    }
+    if (position_ >= sentence_.text.size()) return false;
+    auto end = static_cast<std::uint32_t>(sentence_.text.size());
+    for (std::size_t i = next_anchor_; i < sentence_.anchors.size(); ++i) {
+        if (sentence_.anchors[i].kind != Anchor::Kind::pause) continue;
+        end = std::min(end, sentence_.anchors[i].position);
+        break;
+    }
+    const std::uint16_t language = attributes_at(sentence_, position_).language;
+    for (const Run& run : sentence_.runs) {
+        if (run.first <= position_ || run.attributes.language == language) continue;
+        end = std::min(end, run.first);
+        break;
+    }
+    start_speech(end);
+    return true;
+}
+
+void Streamer::start_speech(std::uint32_t end) {
+    const std::uint32_t first = position_;
+    part_end_ = position_ = end;
+    utterance_ = make_utterance(sentence_, first, end, voice_.settings);
+    if (utterance_.text.empty()) return;
+    if (!announced_) emit_sentence();
+    if (last_viseme_ == nullptr) emit_viseme("sil", made_);
+    const Attributes& attributes = attributes_at(sentence_, utterance_.source.front());
+    gain_ = attributes.volume * static_cast<float>(voice_.settings.volume) / 100;
+    part_start_ = made_;
+    SpeechRequest request;
+    request.text = std::move(utterance_.text);
+    request.language = espeak_voice_of(attributes.language);
+    request.variant = voice_.settings.variant;
+    request.rate = utterance_.rate;
+    request.pitch = utterance_.pitch;
+    request.range = voice_.settings.range;
+    request.end_pause = utterance_.end_pause;
+    generation_.start(std::move(request));
+    speaking_ = true;
+}
+
+const std::string& Streamer::espeak_voice_of(std::uint16_t language) {
+    if (language >= espeak_voices_.size()) espeak_voices_.resize(language + std::size_t{1});
+    std::string& found = espeak_voices_[language];
+    if (!found.empty()) return found;
+    const std::string& tag = document_.language(language);
+    if (!speaks(voice_.settings.language, tag)) found = EspeakEngine::find_language(tag);
+    if (found.empty()) found = voice_.espeak_voice;
+    return found;
+}
+
+// ---- Speech
+
+void Streamer::pull_speech(std::size_t count) {
+    new_samples_.clear();
+    new_events_.clear();
+    if (!generation_.pull(count, new_samples_, new_events_)) return finish_speech();
+    take_speech(new_samples_, new_events_);
+}
+
+// Puts samples and events into their order: an event may change the volume of the samples behind it.
+void Streamer::take_speech(const std::vector<std::int16_t>& samples, const std::vector<SpeechEvent>& events) {
+    std::size_t taken = 0;
+    for (const SpeechEvent& event : events) {
+        const std::uint64_t here = made_ - part_start_;
+        const auto before = static_cast<std::size_t>(event.sample - std::min(event.sample, here));
+        const std::size_t count = std::min(before, samples.size() - taken);
+        take_samples(samples.data() + taken, count);
+        taken += count;
+        if (event.kind == SpeechEvent::Kind::phoneme)
+            emit_viseme(viseme_of(event.phoneme), made_);
+        else if (event.position < utterance_.source.size())
+            reach_word(utterance_.source[event.position], made_);
+    }
+    take_samples(samples.data() + taken, samples.size() - taken);
+}
+
+void Streamer::take_samples(const std::int16_t* samples, std::size_t count) {
+    const std::size_t before = pending_.size();
+    pending_.insert(pending_.end(), samples, samples + count);
+    made_ += count;
+    if (gain_ == 1) return;
+    for (std::size_t i = before; i < pending_.size(); ++i) pending_[i] = scaled(pending_[i], gain_);
+}
+
+// espeak-ng says a word of its own at this character; several may be one of ours (a number, an abbreviation).
+void Streamer::reach_word(std::uint32_t character, std::uint64_t sample) {
+    const auto& tokens = sentence_.tokens;
+    std::size_t reached = next_token_;
+    while (reached < tokens.size() && tokens[reached].last <= character) ++reached;
+    if (reached >= tokens.size() || tokens[reached].last > part_end_) return;
+    if (reached > next_token_ || next_token_ == 0 || character >= tokens[next_token_ - 1].last) {
+        while (next_token_ <= reached) emit_token(tokens[next_token_++], sample);
+    }
+}
+
+void Streamer::emit_token(const Token& token, std::uint64_t sample) {
+    emit_marks_up_to(token.first, sample);
+    const auto& text = sentence_.text;
+    gain_ = attributes_at(sentence_, token.first).volume * static_cast<float>(voice_.settings.volume) / 100;
+    emit({TTS_EVENT_WORD, sample, text[token.first].begin, text[token.last - 1].end, nullptr, {}});
+}
+
+void Streamer::emit_marks_up_to(std::uint32_t character, std::uint64_t sample) {
+    for (; next_anchor_ < sentence_.anchors.size(); ++next_anchor_) {
+        Anchor& anchor = sentence_.anchors[next_anchor_];
+        if (anchor.kind != Anchor::Kind::mark || anchor.position > character) return;
+        emit({TTS_EVENT_MARK, sample, 0, 0, nullptr, std::move(anchor.name)});
+    }
+}
+
+void Streamer::finish_speech() {
+    const auto& tokens = sentence_.tokens;
+    while (next_token_ < tokens.size() && tokens[next_token_].last <= part_end_)
+        emit_token(tokens[next_token_++], made_);
+    speaking_ = false;
+}
+
+// ---- Events
+
+void Streamer::emit_sentence() {
+    announced_ = true;
+    emit({TTS_EVENT_SENTENCE, made_, sentence_.text.front().begin, sentence_.text.back().end, nullptr, {}});
+}
+
+void Streamer::emit_viseme(const char* label, std::uint64_t sample) {
+    static constexpr std::string_view closed = "sil";
+    if (label == nullptr || (last_viseme_ != nullptr && label == closed && last_viseme_ == closed)) return;
+    last_viseme_ = label;
+    emit({TTS_EVENT_VISEME, sample, 0, 0, label, {}});
+}
+
+void Streamer::emit(OutputEvent event) { events_.push_back(std::move(event)); }
+
+// ---- Jumps
+
+// Drops what is not delivered. The result is the last pitch mark of it, or the last delivered one.
+std::string Streamer::forget_output() {
+    std::string pitch = pitch_mark_;
+    for (const OutputEvent& event : events_)
+        if (is_pitch(event)) pitch = event.mark;
+    note_pitch_marks(next_anchor_, pitch);
+    generation_.stop();
+    speaking_ = false;
+    silence_ = 0;
+    pending_.clear();
+    pending_from_ = 0;
+    events_.clear();
+    made_ = delivered_;
+    return pitch;
+}
+
+void Streamer::note_pitch_marks(std::size_t first_anchor, std::string& pitch) const {
+    for (std::size_t i = first_anchor; i < sentence_.anchors.size(); ++i) {
+        const Anchor& anchor = sentence_.anchors[i];
+        if (anchor.kind == Anchor::Kind::mark && !anchor.name.empty() && anchor.name[0] == 'P') pitch = anchor.name;
+    }
+}
+
+void Streamer::restart() {
+    document_.rewind();
+    sentence_ = Sentence();
+    number_ = -1;
+    ended_ = false;
+}
+
+// Reads on to the start of a sentence; the pitch that holds there goes out again, its mark may stand in what was passed
+// over. False if the document ends before.
+bool Streamer::skip_to(std::int64_t sentence, std::string pitch) {
+    while (next_sentence()) {
+        if (number_ == sentence && sentence_.begins && sentence_.has_text()) {
+            if (!pitch.empty()) emit({TTS_EVENT_MARK, made_, 0, 0, nullptr, std::move(pitch)});
+            return true;
+        }
+        note_pitch_marks(0, pitch);
+    }
+    return false;
+}
+
+bool Streamer::jump(std::int32_t count) {
+    const std::int64_t goal = std::max<std::int64_t>(0, heard_ + count);
+    std::string pitch = forget_output();
+    // What is begun, or behind, is read again from the document's start.
+    if (goal <= number_ || ended_) {
+        restart();
+        pitch.clear();
+    }
+    bool found = skip_to(goal, std::move(pitch));
+    if (!found && number_ >= 0) {
+        const std::int64_t last = number_;
+        restart();
+        found = skip_to(last, {});
+    }
+    if (found) heard_ = number_;
+    return found;
+}
+
+}  // namespace tts

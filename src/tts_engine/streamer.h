@@ -1,0 +1,101 @@
+// A document on its way to sound.
+//
+// It speaks sentence by sentence and computes only what is asked for. Audio and events of one sentence come out in
+// records that hold no part of two sentences. Where a pitch mark asks for another pitch a record ends, since the caller
+// applies a pitch to a whole record.
+#ifndef TTS_ENGINE_STREAMER_H
+#define TTS_ENGINE_STREAMER_H
+
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tts_engine/document.h"
+#include "tts_engine/espeak/espeak_engine.h"
+#include "tts_engine/sentence.h"
+#include "tts_engine/utterance.h"
+#include "tts_engine/voice_file.h"
+#include "tts_engine/wave.h"
+
+namespace tts {
+
+// What a streamer needs of its voice.
+struct StreamerVoice {
+    VoiceSettings settings;
+    std::string espeak_voice;  // the language as espeak-ng names it
+};
+
+class Streamer {
+public:
+    // `text` stays unchanged as long as the streamer lives.
+    Streamer(const StreamerVoice& voice, std::string_view text);
+
+    // The next record of at most `count` samples; null when the document has no more.
+    tts_wave* synth(std::uint32_t count);
+
+    // Goes `count` sentences forward or back from the one that the last record belongs to, 0 to its start; beyond the
+    // first or last sentence it stops there. False if the document has no sentence.
+    bool jump(std::int32_t count);
+
+private:
+    bool next_sentence();
+    bool next_part();
+    void start_speech(std::uint32_t end);
+    void pull_speech(std::size_t count);
+    void take_speech(const std::vector<std::int16_t>& samples, const std::vector<SpeechEvent>& events);
+    void take_samples(const std::int16_t* samples, std::size_t count);
+    void reach_word(std::uint32_t character, std::uint64_t sample);
+    void emit_token(const Token& token, std::uint64_t sample);
+    void emit_marks_up_to(std::uint32_t character, std::uint64_t sample);
+    void emit_sentence();
+    void emit_viseme(const char* label, std::uint64_t sample);
+    void emit(OutputEvent event);
+    void make_silence(std::size_t count);
+    void finish_speech();
+    tts_wave* deliver(std::size_t count);
+    tts_wave* deliver_rest();
+    std::size_t samples_before_new_pitch(std::size_t count) const;
+    const std::string& espeak_voice_of(std::uint16_t language);
+    bool skip_to(std::int64_t sentence, std::string pitch);
+    void note_pitch_marks(std::size_t first_anchor, std::string& pitch) const;
+    void restart();
+    std::string forget_output();
+
+    StreamerVoice voice_;
+    Document document_;
+    Generation generation_;
+
+    // The sentence in work, and how far it has come.
+    Sentence sentence_;
+    std::int64_t number_ = -1;    // of the sentence, from 0
+    std::int64_t heard_ = 0;      // of the sentence that the last record belongs to
+    std::uint32_t position_ = 0;  // the first character that no part has taken
+    std::uint32_t part_end_ = 0;
+    std::size_t next_anchor_ = 0;
+    std::size_t next_token_ = 0;
+    bool speaking_ = false;
+    bool announced_ = false;  // the sentence's event is out
+    bool ended_ = false;
+    std::uint64_t silence_ = 0;     // samples of a pause still to come
+    std::uint64_t part_start_ = 0;  // the sample at which the part began
+    float gain_ = 1;
+    Utterance utterance_;
+    std::vector<std::int16_t> new_samples_;
+    std::vector<SpeechEvent> new_events_;
+
+    // Made and not yet delivered. Samples are counted from the document's first.
+    std::vector<std::int16_t> pending_;
+    std::size_t pending_from_ = 0;  // what stands before it in `pending_` is delivered
+    std::uint64_t delivered_ = 0;
+    std::uint64_t made_ = 0;
+    std::deque<OutputEvent> events_;
+    const char* last_viseme_ = nullptr;
+    std::string pitch_mark_;                  // the last one delivered
+    std::vector<std::string> espeak_voices_;  // by language number; empty where not looked for yet
+};
+
+}  // namespace tts
+
+#endif

@@ -1,0 +1,175 @@
+// The twelve functions over espeak-ng. No exception leaves them: a failure is null or a number, and a message.
+#include "tts_engine/tts_engine.h"
+
+#include <cstdio>
+#include <cstring>
+#include <exception>
+#include <limits>
+#include <new>
+#include <stdexcept>
+#include <string>
+
+#include "tts_engine/espeak/espeak_engine.h"
+#include "tts_engine/handles.h"
+#include "tts_engine/streamer.h"
+#include "tts_engine/voice_file.h"
+#include "tts_engine/wave.h"
+
+namespace {
+
+using tts::EspeakEngine;
+
+// Why the last call of this thread failed. A buffer of fixed size: a message needs no memory.
+thread_local char message[1024] = "";
+
+void set_message(const char* text) { std::snprintf(message, sizeof message, "%s", text); }
+
+struct Library {};
+
+// A voice, with its share of the library's data.
+struct Voice {
+    Voice(std::shared_ptr<Library> library, const std::string& lib_path) : library(std::move(library)) {
+        EspeakEngine::acquire(lib_path);
+    }
+    ~Voice() { EspeakEngine::release(); }
+    Voice(const Voice&) = delete;
+    Voice& operator=(const Voice&) = delete;
+
+    std::shared_ptr<Library> library;
+    tts::StreamerVoice speech;
+};
+
+struct RunningStreamer {
+    RunningStreamer(std::shared_ptr<Voice> its_voice, const char* text, std::size_t size)
+        : voice(std::move(its_voice)), streamer(voice->speech, {text, size}) {}
+
+    std::shared_ptr<Voice> voice;
+    tts::Streamer streamer;
+};
+
+// Never destroyed: threads of a host may still call while the process ends.
+template <typename Record, typename Handle>
+tts::HandleTable<Record, Handle>& table() {
+    static auto& it = *new tts::HandleTable<Record, Handle>;
+    return it;
+}
+
+auto& libraries() { return table<Library, tts_handle>(); }
+auto& voices() { return table<Voice, tts_voice>(); }
+auto& streamers() { return table<RunningStreamer, tts_streamer>(); }
+
+// Runs `action`; what it throws becomes the message and `failed` the result.
+template <typename Result, typename Action>
+Result guarded(Result failed, Action action) noexcept {
+    try {
+        message[0] = '\0';
+        return action();
+    } catch (const std::bad_alloc&) {
+        set_message("out of memory");
+    } catch (const std::exception& error) {
+        set_message(error.what());
+    } catch (...) {
+        set_message("unknown error");
+    }
+    return failed;
+}
+
+template <typename Record, typename Handle>
+std::shared_ptr<Record> found(Handle handle, const char* what) {
+    std::shared_ptr<Record> record = table<Record, Handle>().find(handle);
+    if (!record) throw std::runtime_error(std::string("this is no ") + what + " in use");
+    return record;
+}
+
+// The rate of a voice's audio is promised by the end of its file's name.
+void check_rate(const std::string& name) {
+    const auto ends = [&name](const char* suffix) { return name.ends_with(suffix); };
+    if (ends("22i")) return;
+    if (ends("16i-mf") || ends("8v"))
+        throw std::runtime_error("voice \"" + name +
+                                 "\": this synthesiser gives 22,050 Hz (names that end in 22i) only");
+    throw std::runtime_error("voice \"" + name + "\": the name must end in 22i, for audio at 22,050 Hz");
+}
+
+tts::StreamerVoice load_settings(const std::string& name) {
+    tts::StreamerVoice voice;
+    voice.settings = tts::read_voice_file(name);
+    voice.espeak_voice = EspeakEngine::find_language(voice.settings.language);
+    if (voice.espeak_voice.empty())
+        throw std::runtime_error("voice \"" + name + "\": espeak-ng has no language \"" + voice.settings.language +
+                                 "\"");
+    if (!voice.settings.variant.empty() && !EspeakEngine::has_variant(voice.settings.variant))
+        throw std::runtime_error("voice \"" + name + "\": espeak-ng has no variant \"" + voice.settings.variant + "\"");
+    return voice;
+}
+
+}  // namespace
+
+tts_handle TTS_CALL tts_create(void) {
+    return guarded<tts_handle>(nullptr, [] { return libraries().add(std::make_shared<Library>()); });
+}
+
+void TTS_CALL tts_destroy(tts_handle handle) {
+    guarded(0, [=] { return libraries().remove(handle) ? 0 : 1; });
+}
+
+tts_voice TTS_CALL tts_load_voice(tts_handle handle, const char* libPath, const char* voxPath) {
+    return guarded<tts_voice>(nullptr, [=] {
+        auto library = found<Library>(handle, "library handle");
+        if (libPath == nullptr || voxPath == nullptr) throw std::runtime_error("libPath and voxPath are needed");
+        check_rate(voxPath);
+        auto voice = std::make_shared<Voice>(std::move(library), libPath);
+        voice->speech = load_settings(voxPath);
+        return voices().add(std::move(voice));
+    });
+}
+
+void TTS_CALL tts_unload_voice(tts_voice voice) {
+    guarded(0, [=] { return voices().remove(voice) ? 0 : 1; });
+}
+
+void TTS_CALL tts_dict_cleanup(tts_voice) {
+    // No lexicon is ever loaded.
+}
+
+int32_t TTS_CALL tts_dict_load(tts_voice voice, const char* path) {
+    return guarded<int32_t>(1, [=]() -> int32_t {
+        found<Voice>(voice, "voice");
+        throw std::runtime_error("lexicon \"" + std::string(path == nullptr ? "" : path) +
+                                 "\": this synthesiser does not read user lexicons yet");
+    });
+}
+
+tts_streamer TTS_CALL tts_streamer_start(tts_voice voice, const char* ssml, float) {
+    return guarded<tts_streamer>(nullptr, [=] {
+        auto speaker = found<Voice>(voice, "voice");
+        if (ssml == nullptr) throw std::runtime_error("there is no document");
+        const std::size_t size = std::strlen(ssml);
+        if (size >= std::numeric_limits<std::uint32_t>::max() / 2)
+            throw std::runtime_error("the document is too large: offsets into it have 32 bits");
+        return streamers().add(std::make_shared<RunningStreamer>(std::move(speaker), ssml, size));
+    });
+}
+
+tts_wave* TTS_CALL tts_streamer_synth(tts_streamer streamer, uint32_t samples) {
+    return guarded<tts_wave*>(nullptr,
+                              [=] { return found<RunningStreamer>(streamer, "streamer")->streamer.synth(samples); });
+}
+
+int32_t TTS_CALL tts_streamer_jump(tts_streamer streamer, int32_t count) {
+    return guarded<int32_t>(1, [=] {
+        if (found<RunningStreamer>(streamer, "streamer")->streamer.jump(count)) return 0;
+        throw std::runtime_error("the document has no sentence to jump to");
+    });
+}
+
+int32_t TTS_CALL tts_streamer_stop(tts_streamer streamer) {
+    return guarded<int32_t>(1, [=] {
+        if (streamers().remove(streamer)) return 0;
+        throw std::runtime_error("this is no streamer in use");
+    });
+}
+
+void TTS_CALL tts_wave_delete(tts_wave* wave) { tts::delete_wave(wave); }
+
+const char* TTS_CALL tts_errmsg(void) { return message; }

@@ -1,0 +1,30 @@
+// From a stretch of a sentence to what espeak-ng gets to speak.
+#ifndef TTS_ENGINE_UTTERANCE_H
+#define TTS_ENGINE_UTTERANCE_H
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "tts_engine/sentence.h"
+#include "tts_engine/voice_file.h"
+
+namespace tts {
+
+struct Utterance {
+    std::string text;  // plain clauses with espeak-ng's embedded commands; empty if nothing is to be said
+    std::vector<std::uint32_t> source;  // for each code point of the text the character of the sentence it comes from
+    int rate = 0;                       // that it starts with, on espeak-ng's scales
+    int pitch = 0;
+    bool end_pause = true;
+};
+
+// Characters `first` up to, not including, `last` of the sentence.
+Utterance make_utterance(const Sentence& sentence, std::uint32_t first, std::uint32_t last, const VoiceSettings& voice);
+
+// The attributes in force at a character of a sentence with text.
+const Attributes& attributes_at(const Sentence& sentence, std::uint32_t character);
+
+}  // namespace tts
+
+#endif
