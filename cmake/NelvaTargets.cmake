@@ -4,8 +4,9 @@ add_library(nelva_options INTERFACE)
 target_include_directories(nelva_options INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/src>)
 target_compile_options(nelva_options INTERFACE -Wall -Wextra -Wpedantic -Werror)
 if(NELVA_SANITIZE)
-  target_compile_options(nelva_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all
-                                                 -fno-omit-frame-pointer)
+  # Not vptr: a COM interface is called through a table of functions that carries no type information.
+  target_compile_options(nelva_options INTERFACE -fsanitize=address,undefined -fno-sanitize=vptr
+                                                 -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(nelva_options INTERFACE -fsanitize=address,undefined)
 endif()
 if(WIN32)

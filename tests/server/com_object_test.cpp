@@ -1,0 +1,172 @@
+// Identity, references, the class factory and the exports.
+#include "support/server.h"
+
+namespace {
+
+constexpr IID unknown_iid = {0x12345678, 0x1234, 0x1234, {1, 2, 3, 4, 5, 6, 7, 8}};
+
+IClassFactory* class_factory() {
+    IClassFactory* factory = nullptr;
+    EXPECT_EQ(server::get_class_object(server_class, IID_IClassFactory, reinterpret_cast<void**>(&factory)), S_OK);
+    return factory;
+}
+
+HRESULT create(IClassFactory* factory, IUnknown** object) {
+    const ServerCode guard;
+    return factory->CreateInstance(nullptr, IID_IUnknown, reinterpret_cast<void**>(object));
+}
+
+template <typename T>
+T* query(IUnknown* from, const IID& iid) {
+    void* out = nullptr;
+    EXPECT_EQ(from->QueryInterface(iid, &out), S_OK);
+    return static_cast<T*>(out);
+}
+
+TEST(ComObject, answers_its_four_interfaces) {
+    ServerObject object;
+    for (const IID& iid : {IID_IUnknown, IID_ISpTTSEngine, IID_ISpObjectWithToken, IID_ISpTokenUI})
+        query<IUnknown>(object.engine, iid)->Release();
+}
+
+TEST(ComObject, unknown_interface_nulls_the_pointer_and_keeps_the_count) {
+    ServerObject object;
+    void* out = &object;
+    const ULONG before = object.engine->AddRef();
+    EXPECT_EQ(object.engine->QueryInterface(unknown_iid, &out), E_NOINTERFACE);
+    EXPECT_EQ(out, nullptr);
+    EXPECT_EQ(object.engine->AddRef(), before + 1);
+    object.engine->Release();
+    object.engine->Release();
+}
+
+TEST(ComObject, has_one_identity_from_every_interface) {
+    ServerObject object;
+    auto* tokenui = query<ISpTokenUI>(object.engine, IID_ISpTokenUI);
+    auto* a = query<IUnknown>(object.engine, IID_IUnknown);
+    auto* b = query<IUnknown>(object.with_token, IID_IUnknown);
+    auto* c = query<IUnknown>(tokenui, IID_IUnknown);
+    auto* d = query<IUnknown>(a, IID_IUnknown);
+    EXPECT_EQ(a, b);
+    EXPECT_EQ(a, c);
+    EXPECT_EQ(a, d);
+    for (IUnknown* each : {static_cast<IUnknown*>(tokenui), a, b, c, d}) each->Release();
+}
+
+TEST(ComObject, shares_one_count_between_its_interfaces) {
+    ServerObject object;
+    const ULONG count = object.engine->AddRef();
+    EXPECT_EQ(object.with_token->AddRef(), count + 1);
+    EXPECT_EQ(object.engine->Release(), count);
+    EXPECT_EQ(object.with_token->Release(), count - 1);
+}
+
+TEST(ComObject, last_release_through_any_interface_deletes_it) {
+    for (const IID& iid : {IID_IUnknown, IID_ISpTTSEngine, IID_ISpObjectWithToken, IID_ISpTokenUI}) {
+        IClassFactory* factory = class_factory();
+        IUnknown* object = nullptr;
+        ASSERT_EQ(factory->CreateInstance(nullptr, iid, reinterpret_cast<void**>(&object)), S_OK);
+        EXPECT_EQ(server::can_unload_now(), S_FALSE);
+        EXPECT_EQ(object->Release(), 0u);
+        EXPECT_EQ(server::can_unload_now(), S_OK);
+    }
+}
+
+TEST(ComObject, leaves_no_block_behind) {
+    const long before = server::live_blocks();
+    {
+        SpeakingObject o;
+        scripted_add_wave(10, 5, nullptr, 0);
+        EXPECT_EQ(o.speak(), S_OK);
+    }
+    EXPECT_EQ(server::live_blocks(), before);
+}
+
+TEST(ClassObject, of_another_class_is_not_available) {
+    void* out = &out;
+    EXPECT_EQ(server::get_class_object(unknown_iid, IID_IClassFactory, &out), CLASS_E_CLASSNOTAVAILABLE);
+    EXPECT_EQ(out, nullptr);
+}
+
+TEST(ClassObject, of_another_interface_is_refused) {
+    void* out = &out;
+    EXPECT_EQ(server::get_class_object(server_class, IID_ISpTTSEngine, &out), E_NOINTERFACE);
+    EXPECT_EQ(out, nullptr);
+}
+
+TEST(ClassFactory, is_one_static_object_uncounted) {
+    IClassFactory* factory = class_factory();
+    EXPECT_EQ(factory->AddRef(), 1u);
+    EXPECT_EQ(factory->AddRef(), 1u);
+    EXPECT_EQ(factory->Release(), 1u);
+    EXPECT_EQ(query<IUnknown>(factory, IID_IUnknown), factory);
+    EXPECT_EQ(class_factory(), factory);
+    void* out = factory;
+    EXPECT_EQ(factory->QueryInterface(IID_ISpTTSEngine, &out), E_NOINTERFACE);
+    EXPECT_EQ(out, nullptr);
+}
+
+TEST(ClassFactory, refuses_aggregation) {
+    IClassFactory* factory = class_factory();
+    FakeSite outer;
+    void* out = &out;
+    EXPECT_EQ(factory->CreateInstance(&outer, IID_IUnknown, &out), CLASS_E_NOAGGREGATION);
+    EXPECT_EQ(out, nullptr);
+    EXPECT_EQ(server::can_unload_now(), S_OK);
+}
+
+TEST(ClassFactory, interface_that_the_object_has_not_deletes_it_again) {
+    IClassFactory* factory = class_factory();
+    void* out = &out;
+    const long before = server::live_blocks();
+    EXPECT_EQ(factory->CreateInstance(nullptr, unknown_iid, &out), E_NOINTERFACE);
+    EXPECT_EQ(out, nullptr);
+    EXPECT_EQ(server::can_unload_now(), S_OK);
+    EXPECT_EQ(server::live_blocks(), before);
+}
+
+TEST(ClassFactory, without_memory_fails_cleanly_at_each_allocation) {
+    IClassFactory* factory = class_factory();
+    for (const bool for_good : {false, true}) {
+        for (long nth = 1;; ++nth) {
+            ASSERT_LT(nth, 50);
+            const long before = server::live_blocks();
+            IUnknown* object = nullptr;
+            server::fail_allocation(nth, for_good);
+            const HRESULT hr = create(factory, &object);
+            const bool met = server::stop_failing();
+            if (SUCCEEDED(hr)) object->Release();
+            EXPECT_EQ(server::live_blocks(), before) << nth;
+            EXPECT_EQ(server::can_unload_now(), S_OK) << nth;
+            if (!met) {
+                EXPECT_EQ(hr, S_OK);
+                break;
+            }
+            // The first allocation is the module's name, which is not needed.
+            EXPECT_EQ(hr, nth == 1 && !for_good ? S_OK : E_OUTOFMEMORY) << nth;
+        }
+    }
+}
+
+TEST(CanUnloadNow, waits_for_objects_and_locks_in_any_order) {
+    IClassFactory* factory = class_factory();
+    EXPECT_EQ(server::can_unload_now(), S_OK);
+    EXPECT_EQ(factory->LockServer(TRUE), S_OK);
+    EXPECT_EQ(server::can_unload_now(), S_FALSE);
+    {
+        ServerObject object;
+        EXPECT_EQ(factory->LockServer(FALSE), S_OK);
+        EXPECT_EQ(server::can_unload_now(), S_FALSE);
+    }
+    EXPECT_EQ(server::can_unload_now(), S_OK);
+}
+
+TEST(CanUnloadNow, takes_a_lock_count_below_zero_for_no_lock) {
+    IClassFactory* factory = class_factory();
+    factory->LockServer(FALSE);
+    EXPECT_EQ(server::can_unload_now(), S_OK);
+    factory->LockServer(TRUE);
+    EXPECT_EQ(server::can_unload_now(), S_OK);
+}
+
+}  // namespace

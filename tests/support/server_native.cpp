@@ -1,0 +1,144 @@
+// The linked server: its exports are called as they are, its allocations and its log go through the platform's
+// stand-ins.
+#include <cstdint>
+#include <cstdlib>
+#include <mutex>
+#include <new>
+
+#include "platform/testing.h"
+#include "sapi/dll_funcs.h"
+#include "support/code_of.h"
+#include "support/server.h"
+
+namespace {
+
+// The server's live malloc blocks: a table with open addressing that needs no allocator of its own.
+class BlockTable {
+public:
+    void add(void* block) {
+        const std::lock_guard lock(mutex_);
+        for (std::size_t slot = first_slot(block);; slot = (slot + 1) % size) {
+            if (slots_[slot] && slots_[slot] != gone()) continue;
+            slots_[slot] = block;
+            ++live_;
+            return;
+        }
+    }
+    void remove(void* block) {
+        const std::lock_guard lock(mutex_);
+        for (std::size_t slot = first_slot(block); slots_[slot]; slot = (slot + 1) % size) {
+            if (slots_[slot] != block) continue;
+            slots_[slot] = gone();
+            --live_;
+            return;
+        }
+    }
+    long live() {
+        const std::lock_guard lock(mutex_);
+        return live_;
+    }
+
+private:
+    static constexpr std::size_t size = 1 << 20;
+    static void* gone() { return reinterpret_cast<void*>(1); }
+    static std::size_t first_slot(void* block) { return reinterpret_cast<std::uintptr_t>(block) / 16 % size; }
+
+    std::mutex mutex_;
+    void* slots_[size] = {};
+    long live_ = 0;
+};
+
+BlockTable& server_blocks() {
+    static BlockTable table;
+    return table;
+}
+
+bool may_allocate() { return !in_server_code || platform_testing::take_allocation_ticket(); }
+
+void* note(void* block) {
+    if (block && in_server_code) server_blocks().add(block);
+    return block;
+}
+
+}  // namespace
+
+// Every malloc of this program comes here by way of the linker, and operator new too.
+extern "C" {
+void* __real_malloc(std::size_t size);
+void* __real_calloc(std::size_t count, std::size_t size);
+void* __real_realloc(void* block, std::size_t size);
+void __real_free(void* block);
+
+void* __wrap_malloc(std::size_t size) { return may_allocate() ? note(__real_malloc(size)) : nullptr; }
+void* __wrap_calloc(std::size_t count, std::size_t size) {
+    return may_allocate() ? note(__real_calloc(count, size)) : nullptr;
+}
+void* __wrap_realloc(void* old, std::size_t size) {
+    if (!may_allocate()) return nullptr;
+    void* block = __real_realloc(old, size);
+    if (!block) return nullptr;
+    if (old) server_blocks().remove(old);
+    return note(block);
+}
+void __wrap_free(void* block) {
+    if (block) server_blocks().remove(block);
+    __real_free(block);
+}
+}
+
+namespace {
+void* allocate(std::size_t size) {
+    void* block = __wrap_malloc(size ? size : 1);
+    if (!block) throw std::bad_alloc();
+    return block;
+}
+}  // namespace
+
+void* operator new(std::size_t size) { return allocate(size); }
+void* operator new[](std::size_t size) { return allocate(size); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return __wrap_malloc(size ? size : 1); }
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return __wrap_malloc(size ? size : 1); }
+void operator delete(void* block) noexcept { __wrap_free(block); }
+void operator delete[](void* block) noexcept { __wrap_free(block); }
+void operator delete(void* block, std::size_t) noexcept { __wrap_free(block); }
+void operator delete[](void* block, std::size_t) noexcept { __wrap_free(block); }
+
+namespace server {
+
+HRESULT get_class_object(REFCLSID clsid, REFIID iid, void** out) { return DllGetClassObject(clsid, iid, out); }
+HRESULT can_unload_now() { return DllCanUnloadNow(); }
+HRESULT register_server() { return DllRegisterServer(); }
+HRESULT unregister_server() { return DllUnregisterServer(); }
+
+std::vector<LogEntry> take_log() {
+    std::vector<LogEntry> entries;
+    for (const auto& entry : platform_testing::captured_log())
+        entries.push_back(
+            {entry.type, entry.category, entry.event_id, entry.strings.empty() ? "(none)" : entry.strings.front()});
+    platform_testing::capture_log();
+    return entries;
+}
+
+namespace {
+long failing_from = 0;  // the number of the allocation that fails first
+}
+
+void fail_allocation(long nth, bool for_good) {
+    failing_from = platform_testing::allocation_calls() + nth;
+    if (for_good) {
+        platform_testing::fail_allocations_from(nth);
+    } else {
+        platform_testing::fail_allocation(nth);
+    }
+}
+
+bool stop_failing() {
+    platform_testing::allow_allocations();
+    return platform_testing::allocation_calls() >= failing_from;
+}
+
+long live_blocks() {
+    return server_blocks().live() + platform_testing::live_global_blocks() + platform_testing::live_cotask_blocks();
+}
+
+}  // namespace server
