@@ -125,6 +125,7 @@ bool Streamer::next_sentence() {
     if (sentence_.has_text() && sentence_.begins) ++number_;
     position_ = part_end_ = 0;
     next_anchor_ = next_token_ = 0;
+    placer_.reset();
     announced_ = !sentence_.begins;
     return true;
 }
@@ -168,6 +169,7 @@ void Streamer::start_speech(std::uint32_t end) {
     const Attributes& attributes = attributes_at(sentence_, utterance_.source.front());
     gain_ = attributes.volume * static_cast<float>(voice_.settings.volume) / 100;
     part_start_ = made_;
+    placer_.start(sentence_, end);
     SpeechRequest request;
     request.text = std::move(utterance_.text);
     request.language = espeak_voice_of(attributes.language);
@@ -208,10 +210,7 @@ void Streamer::take_speech(const std::vector<std::int16_t>& samples, const std::
         const std::size_t count = std::min(before, samples.size() - taken);
         take_samples(samples.data() + taken, count);
         taken += count;
-        if (event.kind == SpeechEvent::Kind::phoneme)
-            emit_viseme(viseme_of(event.phoneme), made_);
-        else if (event.position < utterance_.source.size())
-            reach_word(utterance_.source[event.position], made_);
+        take_event(event);
     }
     take_samples(samples.data() + taken, samples.size() - taken);
 }
@@ -224,15 +223,27 @@ void Streamer::take_samples(const std::int16_t* samples, std::size_t count) {
     for (std::size_t i = before; i < pending_.size(); ++i) pending_[i] = scaled(pending_[i], gain_);
 }
 
-// espeak-ng says a word of its own at this character; several may be one of ours (a number, an abbreviation).
-void Streamer::reach_word(std::uint32_t character, std::uint64_t sample) {
-    const auto& tokens = sentence_.tokens;
-    std::size_t reached = next_token_;
-    while (reached < tokens.size() && tokens[reached].last <= character) ++reached;
-    if (reached >= tokens.size() || tokens[reached].last > part_end_) return;
-    if (reached > next_token_ || next_token_ == 0 || character >= tokens[next_token_ - 1].last) {
-        while (next_token_ <= reached) emit_token(tokens[next_token_++], sample);
+void Streamer::take_event(const SpeechEvent& event) {
+    const bool in_text = event.position < utterance_.source.size();
+    const std::uint32_t character = in_text ? utterance_.source[event.position] : part_end_;
+    switch (event.kind) {
+        case SpeechEvent::Kind::planned_word:
+            return placer_.plan_word(character, event.phonemes);
+        case SpeechEvent::Kind::planned_end:
+            return placer_.plan_end(character);
+        case SpeechEvent::Kind::word:
+            placer_.word(character);
+            break;
+        case SpeechEvent::Kind::phoneme:
+            placer_.phoneme();
+            emit_viseme(viseme_of(event.phoneme), made_);
+            break;
     }
+    emit_begun_tokens();
+}
+
+void Streamer::emit_begun_tokens() {
+    while (next_token_ < placer_.begun()) emit_token(sentence_.tokens[next_token_++], made_);
 }
 
 void Streamer::emit_token(const Token& token, std::uint64_t sample) {
@@ -251,9 +262,8 @@ void Streamer::emit_marks_up_to(std::uint32_t character, std::uint64_t sample) {
 }
 
 void Streamer::finish_speech() {
-    const auto& tokens = sentence_.tokens;
-    while (next_token_ < tokens.size() && tokens[next_token_].last <= part_end_)
-        emit_token(tokens[next_token_++], made_);
+    placer_.finish();
+    emit_begun_tokens();
     speaking_ = false;
 }
 

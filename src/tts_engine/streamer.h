@@ -18,6 +18,7 @@
 #include "tts_engine/utterance.h"
 #include "tts_engine/voice_file.h"
 #include "tts_engine/wave.h"
+#include "tts_engine/word_placer.h"
 
 namespace tts {
 
@@ -46,7 +47,8 @@ private:
     void pull_speech(std::size_t count);
     void take_speech(const std::vector<std::int16_t>& samples, const std::vector<SpeechEvent>& events);
     void take_samples(const std::int16_t* samples, std::size_t count);
-    void reach_word(std::uint32_t character, std::uint64_t sample);
+    void take_event(const SpeechEvent& event);
+    void emit_begun_tokens();
     void emit_token(const Token& token, std::uint64_t sample);
     void emit_marks_up_to(std::uint32_t character, std::uint64_t sample);
     void emit_sentence();
@@ -75,6 +77,7 @@ private:
     std::uint32_t part_end_ = 0;
     std::size_t next_anchor_ = 0;
     std::size_t next_token_ = 0;
+    WordPlacer placer_;
     bool speaking_ = false;
     bool announced_ = false;  // the sentence's event is out
     bool ended_ = false;

@@ -16,6 +16,12 @@
 #include "tts_engine/file_names.h"
 
 namespace tts {
+
+static_assert(static_cast<int>(SpeechEvent::Kind::word) == ESPEAK_STEPPER_WORD);
+static_assert(static_cast<int>(SpeechEvent::Kind::phoneme) == ESPEAK_STEPPER_PHONEME);
+static_assert(static_cast<int>(SpeechEvent::Kind::planned_word) == ESPEAK_STEPPER_PLANNED_WORD);
+static_assert(static_cast<int>(SpeechEvent::Kind::planned_end) == ESPEAK_STEPPER_PLANNED_END);
+
 namespace {
 
 constexpr std::size_t samples_per_drain_step = 4096;
@@ -46,7 +52,8 @@ struct Collector {
 void collect(void* context, const espeak_stepper_event* event) noexcept {
     auto* collector = static_cast<Collector*>(context);
     SpeechEvent result{};
-    result.kind = event->type == ESPEAK_STEPPER_WORD ? SpeechEvent::Kind::word : SpeechEvent::Kind::phoneme;
+    result.kind = static_cast<SpeechEvent::Kind>(event->type);
+    result.phonemes = event->phonemes;
     result.position = event->position == 0 ? 0 : event->position - 1;
     result.sample = collector->base + event->sample;
     std::copy(std::begin(event->phoneme), std::end(event->phoneme), result.phoneme);

@@ -27,9 +27,10 @@ struct SpeechRequest {
 };
 
 struct SpeechEvent {
-    enum class Kind : std::uint8_t { word, phoneme };
+    enum class Kind : std::uint8_t { word, phoneme, planned_word, planned_end };
     Kind kind;
-    std::uint32_t position;  // word: index of its first character in the request's text, in code points, from 0
+    std::uint32_t position;  // index of a word's first character in the request's text, in code points, from 0
+    std::uint32_t phonemes;  // planned word: how many it has
     std::uint64_t sample;    // from the first sample of the request
     char phoneme[9];         // phoneme: its IPA name
 };

@@ -19,6 +19,7 @@
 static espeak_stepper_sink current_sink;
 static void* current_context;
 static unsigned char* current_start;
+static int plan_due;  // the first clause is read and not yet announced
 
 void espeak_stepper_marker(int type, unsigned int char_position, int value, int value2, unsigned char* place) {
     espeak_stepper_event event;
@@ -37,7 +38,8 @@ void espeak_stepper_marker(int type, unsigned int char_position, int value, int 
 }
 
 int espeak_stepper_start(const char* data, char* message, size_t message_size) {
-    // espeak-ng sets the character locale of the whole process and does not need it: it brings its own character tables.
+    // espeak-ng sets the character locale of the whole process and does not need it: it brings its own character
+    // tables.
     char* before = setlocale(LC_CTYPE, NULL);
     char* saved = before == NULL ? NULL : strdup(before);
     espeak_ng_ERROR_CONTEXT context = NULL;
@@ -57,8 +59,8 @@ int espeak_stepper_start(const char* data, char* message, size_t message_size) {
     return 1;
 }
 
-// Setting a voice leaves a copy of it in the generator's queue, for the text to come. The voice in force is set anew for
-// each text, so what waits there is given back.
+// Setting a voice leaves a copy of it in the generator's queue, for the text to come. The voice in force is set anew
+// for each text, so what waits there is given back.
 static void empty_queue(void) {
     for (; wcmdq_head != wcmdq_tail; WcmdqIncHead())
         if ((wcmdq[wcmdq_head][0] & 0xff) == WCMD_VOICE) free((void*)wcmdq[wcmdq_head][2]);
@@ -111,6 +113,30 @@ static void apply_settings(const espeak_stepper_settings* settings) {
     SetPitchFormants();
 }
 
+// Tells of the clause that was read last.
+static void report_plan(void) {
+    espeak_stepper_event event;
+    memset(&event, 0, sizeof event);
+    event.sample = (size_t)(out_ptr - current_start) / 2;
+    event.type = ESPEAK_STEPPER_PLANNED_WORD;
+    int open = 0;
+    for (int i = 1; i < N_PHONEME_LIST; ++i) {
+        const PHONEME_LIST* phoneme = &phoneme_list[i];
+        const int end = (phoneme->newword & PHLIST_END_OF_CLAUSE) != 0;
+        if (open && (end || (phoneme->newword & PHLIST_START_OF_WORD))) current_sink(current_context, &event);
+        if (end) break;
+        if (phoneme->newword & PHLIST_START_OF_WORD) {
+            open = 1;
+            event.position = (uint32_t)((phoneme->sourceix & 0x7ff) + clause_start_char);
+            event.phonemes = 0;
+        }
+        if (phoneme->ph->code != phonEND_WORD) ++event.phonemes;
+    }
+    event.type = ESPEAK_STEPPER_PLANNED_END;
+    event.position = (uint32_t)count_characters;
+    current_sink(current_context, &event);
+}
+
 int espeak_stepper_begin(const char* text, const espeak_stepper_settings* settings) {
     if (voice == NULL || translator == NULL) return 1;
     current_sink = NULL;
@@ -124,7 +150,7 @@ int espeak_stepper_begin(const char* text, const espeak_stepper_settings* settin
     if (text_decoder_decode_string_multibyte(p_decoder, text, translator->encoding, espeakCHARS_UTF8) != ENS_OK)
         return 1;
     n_phoneme_list = 0;
-    SpeakNextClause(0);
+    plan_due = SpeakNextClause(0);
     return 0;
 }
 
@@ -135,10 +161,16 @@ size_t espeak_stepper_fill(int16_t* samples, size_t capacity, espeak_stepper_sin
     out_ptr = current_start;
     out_end = current_start + capacity * 2;
     *done = 0;
+    if (plan_due) report_plan();
+    plan_due = 0;
     while (out_ptr < out_end && !*done) {
         WavegenFill();
         // A clause is read only when all of the one before has become sound.
-        if (Generate(phoneme_list, &n_phoneme_list, 1) == 0 && WcmdqUsed() == 0 && SpeakNextClause(1) == 0) *done = 1;
+        if (Generate(phoneme_list, &n_phoneme_list, 1) != 0 || WcmdqUsed() != 0) continue;
+        if (SpeakNextClause(1) == 0)
+            *done = 1;
+        else
+            report_plan();
     }
     current_sink = NULL;
     return (size_t)(out_ptr - current_start) / 2;

@@ -22,13 +22,20 @@
 extern "C" {
 #endif
 
-enum espeak_stepper_event_type { ESPEAK_STEPPER_WORD, ESPEAK_STEPPER_PHONEME };
+// A clause is announced before it sounds: a planned word for each word to come, then its end.
+enum espeak_stepper_event_type {
+    ESPEAK_STEPPER_WORD,
+    ESPEAK_STEPPER_PHONEME,
+    ESPEAK_STEPPER_PLANNED_WORD,
+    ESPEAK_STEPPER_PLANNED_END
+};
 
 typedef struct espeak_stepper_event {
-    int type;          // one of espeak_stepper_event_type
-    uint32_t position; // word: which character of the text it starts at, from 1
-    size_t sample;     // counted from the first sample of this call of espeak_stepper_fill
-    char phoneme[9];   // phoneme: its IPA name, UTF-8, cut behind 8 bytes; a stress mark may stand in front
+    int type;           // one of espeak_stepper_event_type
+    uint32_t position;  // word: which character of the text it starts at, from 1; end: of the clause's last character
+    uint32_t phonemes;  // planned word: how many phonemes are reported for it
+    size_t sample;      // counted from the first sample of this call of espeak_stepper_fill
+    char phoneme[9];    // phoneme: its IPA name, UTF-8, cut behind 8 bytes; a stress mark may stand in front
 } espeak_stepper_event;
 
 // Takes the events of one `espeak_stepper_fill`, in order.
@@ -36,10 +43,10 @@ typedef void (*espeak_stepper_sink)(void* context, const espeak_stepper_event* e
 
 // How a text is spoken: espeak-ng's own scales.
 typedef struct espeak_stepper_settings {
-    int rate;      // words a minute, 80 to 450
-    int pitch;     // 0 to 99, 50 is the voice's own
-    int range;     // 0 to 99, 50 is the voice's own
-    int end_pause; // whether the pause that ends a sentence follows the text's last clause
+    int rate;       // words a minute, 80 to 450
+    int pitch;      // 0 to 99, 50 is the voice's own
+    int range;      // 0 to 99, 50 is the voice's own
+    int end_pause;  // whether the pause that ends a sentence follows the text's last clause
 } espeak_stepper_settings;
 
 // Reads espeak-ng's data from the folder `data`. 0 on success; otherwise the reason stands in `message`.
