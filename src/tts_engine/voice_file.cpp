@@ -33,6 +33,13 @@ std::string_view trimmed(std::string_view text) {
     return text;
 }
 
+std::string quoted(std::string_view text) {
+    std::string result(1, '"');
+    result.append(text);
+    result.push_back('"');
+    return result;
+}
+
 // One file on its way, to say where in it something is wrong.
 struct Place {
     const std::string& file;
@@ -58,13 +65,13 @@ int number_in(const NumberKey& key, std::string_view value, const Place& place) 
     const auto result = std::from_chars(value.data(), end, number);
     if (result.ec != std::errc() || result.ptr != end || number < key.least || number > key.most)
         place.fail(std::string(key.name) + " must be a number from " + std::to_string(key.least) + " to " +
-                   std::to_string(key.most) + ", not \"" + std::string(value) + "\"");
+                   std::to_string(key.most) + ", not " + quoted(value));
     return number;
 }
 
 void set(VoiceSettings& settings, std::string_view key, std::string_view value, const Place& place) {
     if (key == "language" || key == "variant") {
-        if (!is_plain_name(value)) place.fail("no " + std::string(key) + ": \"" + std::string(value) + "\"");
+        if (!is_plain_name(value)) place.fail(std::string(key) + " is missing or no name: " + quoted(value));
         (key == "language" ? settings.language : settings.variant) = value;
         return;
     }
@@ -73,7 +80,7 @@ void set(VoiceSettings& settings, std::string_view key, std::string_view value, 
         settings.*number_key.field = number_in(number_key, value, place);
         return;
     }
-    place.fail("unknown key \"" + std::string(key) + "\"; known are language, variant, rate, pitch, range and volume");
+    place.fail("unknown key " + quoted(key) + "; known are language, variant, rate, pitch, range and volume");
 }
 
 }  // namespace
@@ -91,9 +98,9 @@ VoiceSettings parse_voice_file(const std::string& text, const std::string& name)
         rest.remove_prefix(std::min(end + 1, rest.size()));
         if (line.empty() || line[0] == '#') continue;
         const std::size_t equals = line.find('=');
-        if (equals == std::string_view::npos) place.fail("expected \"key = value\", not \"" + std::string(line) + "\"");
+        if (equals == std::string_view::npos) place.fail("expected \"key = value\", not " + quoted(line));
         const std::string_view key = trimmed(line.substr(0, equals));
-        if (!seen.emplace(key).second) place.fail("\"" + std::string(key) + "\" stands here a second time");
+        if (!seen.emplace(key).second) place.fail(quoted(key) + " stands here a second time");
         set(settings, key, trimmed(line.substr(equals + 1)), place);
     }
     if (settings.language.empty()) place.fail("the file ends without \"language = ...\"");
