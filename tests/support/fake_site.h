@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "platform/sapi.h"
+#include "support/code_of.h"
 #include "support/counted.h"
 #include "support/fake_token.h"
-#include "support/code_of.h"
 
 class FakeSite : public Counted<ISpTTSEngineSite> {
 public:

@@ -7,8 +7,8 @@
 #include <string>
 
 #include "platform/sapi.h"
-#include "support/counted.h"
 #include "support/code_of.h"
+#include "support/counted.h"
 
 using WideString = std::basic_string<WCHAR>;
 

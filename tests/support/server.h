@@ -89,7 +89,6 @@ struct Fragment {
     }
     Fragment(const Fragment&) = delete;
     Fragment& operator=(const Fragment&) = delete;
-
 };
 
 // An object with its voice loaded, and a site: what a test of Speak starts from.

@@ -1,0 +1,196 @@
+// The real nelva_sapi.dll. Its import tables are redirected to functions of this file, so that its allocations can be
+// counted and made to fail and its log entries are seen, without a line of test code in the DLL.
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+
+#include "support/block_table.h"
+#include "support/server.h"
+
+namespace {
+
+BlockTable& blocks() {
+    static BlockTable table;
+    return table;
+}
+
+// The allocation that fails, counted down; 0 means none.
+long calls_to_failure = 0;
+bool fails_for_good = false;
+bool failure_met = false;
+
+bool may_allocate() {
+    if (calls_to_failure == 0) return true;
+    if (calls_to_failure > 1) {
+        --calls_to_failure;
+        return true;
+    }
+    failure_met = true;
+    if (!fails_for_good) calls_to_failure = 0;
+    return false;
+}
+
+void* note(void* block) {
+    if (block) blocks().add(block);
+    return block;
+}
+
+void forget(void* block) {
+    if (block) blocks().remove(block);
+}
+
+// ---- What the DLL's imports are redirected to ----
+
+void* my_malloc(std::size_t size) { return may_allocate() ? note(std::malloc(size)) : nullptr; }
+void* my_calloc(std::size_t count, std::size_t size) {
+    return may_allocate() ? note(std::calloc(count, size)) : nullptr;
+}
+void* my_realloc(void* old, std::size_t size) {
+    if (!may_allocate()) return nullptr;
+    void* block = std::realloc(old, size);
+    if (!block) return nullptr;
+    forget(old);
+    return note(block);
+}
+void my_free(void* block) {
+    forget(block);
+    std::free(block);
+}
+HGLOBAL WINAPI my_GlobalAlloc(UINT flags, SIZE_T size) {
+    return may_allocate() ? note(GlobalAlloc(flags, size)) : nullptr;
+}
+HGLOBAL WINAPI my_GlobalFree(HGLOBAL block) {
+    forget(block);
+    return GlobalFree(block);
+}
+LPVOID WINAPI my_CoTaskMemAlloc(SIZE_T size) { return may_allocate() ? note(CoTaskMemAlloc(size)) : nullptr; }
+void WINAPI my_CoTaskMemFree(LPVOID block) {
+    forget(block);
+    CoTaskMemFree(block);
+}
+
+std::vector<server::LogEntry> entries;
+HANDLE const log_handle = reinterpret_cast<HANDLE>(0x1234);
+std::string log_source;
+
+HANDLE WINAPI my_OpenEventLogW(LPCWSTR, LPCWSTR source) {
+    log_source = narrow(source);
+    return log_handle;
+}
+BOOL WINAPI my_ReportEventA(HANDLE, WORD type, WORD category, DWORD id, PSID, WORD count, DWORD, LPCSTR* strings,
+                            LPVOID) {
+    entries.push_back({type, category, id, count ? strings[0] : "(none)"});
+    return TRUE;
+}
+BOOL WINAPI my_ReportEventW(HANDLE, WORD type, WORD category, DWORD id, PSID, WORD count, DWORD, LPCWSTR* strings,
+                            LPVOID) {
+    entries.push_back({type, category, id, count ? narrow(strings[0]) : "(none)"});
+    return TRUE;
+}
+BOOL WINAPI my_CloseEventLog(HANDLE) { return TRUE; }
+
+struct Redirection {
+    const char* name;
+    void* function;
+};
+
+template <typename Function>
+void* address(Function* function) {
+    return reinterpret_cast<void*>(function);
+}
+
+const std::vector<Redirection>& redirections() {
+    static const std::vector<Redirection> rows = {
+        {"malloc", address(my_malloc)},
+        {"calloc", address(my_calloc)},
+        {"realloc", address(my_realloc)},
+        {"free", address(my_free)},
+        {"GlobalAlloc", address(my_GlobalAlloc)},
+        {"GlobalFree", address(my_GlobalFree)},
+        {"CoTaskMemAlloc", address(my_CoTaskMemAlloc)},
+        {"CoTaskMemFree", address(my_CoTaskMemFree)},
+        {"OpenEventLogW", address(my_OpenEventLogW)},
+        {"ReportEventA", address(my_ReportEventA)},
+        {"ReportEventW", address(my_ReportEventW)},
+        {"CloseEventLog", address(my_CloseEventLog)},
+    };
+    return rows;
+}
+
+void redirect(void** slot, const char* name) {
+    for (const Redirection& row : redirections()) {
+        if (std::strcmp(row.name, name) != 0) continue;
+        DWORD protection = 0;
+        VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &protection);
+        *slot = row.function;
+        VirtualProtect(slot, sizeof *slot, protection, &protection);
+    }
+}
+
+void redirect_imports(HMODULE module) {
+    auto* base = reinterpret_cast<unsigned char*>(module);
+    auto* dos = reinterpret_cast<IMAGE_DOS_HEADER*>(base);
+    auto* headers = reinterpret_cast<IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
+    const auto& directory = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
+    auto* library = reinterpret_cast<IMAGE_IMPORT_DESCRIPTOR*>(base + directory.VirtualAddress);
+    for (; library->Name; ++library) {
+        auto* names = reinterpret_cast<IMAGE_THUNK_DATA*>(base + library->OriginalFirstThunk);
+        auto* slots = reinterpret_cast<void**>(base + library->FirstThunk);
+        for (; names->u1.AddressOfData; ++names, ++slots) {
+            if (IMAGE_SNAP_BY_ORDINAL(names->u1.Ordinal)) continue;
+            auto* import = reinterpret_cast<IMAGE_IMPORT_BY_NAME*>(base + names->u1.AddressOfData);
+            redirect(slots, reinterpret_cast<const char*>(import->Name));
+        }
+    }
+}
+
+HMODULE dll() {
+    static const HMODULE module = [] {
+        HMODULE loaded = LoadLibraryW(L"nelva_sapi.dll");
+        if (!loaded) {
+            std::fprintf(stderr, "server_test: nelva_sapi.dll does not load (error %lu)\n", GetLastError());
+            std::abort();
+        }
+        redirect_imports(loaded);
+        return loaded;
+    }();
+    return module;
+}
+
+template <typename Function>
+Function* exported(const char* name) {
+    return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(dll(), name)));
+}
+
+}  // namespace
+
+namespace server {
+
+HRESULT get_class_object(REFCLSID clsid, REFIID iid, void** out) {
+    return exported<HRESULT WINAPI(REFCLSID, REFIID, void**)>("DllGetClassObject")(clsid, iid, out);
+}
+HRESULT can_unload_now() { return exported<HRESULT WINAPI()>("DllCanUnloadNow")(); }
+HRESULT register_server() { return exported<HRESULT WINAPI()>("DllRegisterServer")(); }
+HRESULT unregister_server() { return exported<HRESULT WINAPI()>("DllUnregisterServer")(); }
+
+std::vector<LogEntry> take_log() {
+    std::vector<LogEntry> taken;
+    taken.swap(entries);
+    return taken;
+}
+
+void fail_allocation(long nth, bool for_good) {
+    calls_to_failure = nth;
+    fails_for_good = for_good;
+    failure_met = false;
+}
+
+bool stop_failing() {
+    calls_to_failure = 0;
+    return failure_met;
+}
+
+long live_blocks() { return blocks().live(); }
+
+}  // namespace server
