@@ -7,8 +7,9 @@
 
 namespace host {
 
-// The known name with the fewest single-letter edits from `typed`, case ignored; the first of several. Empty when even
-// the nearest differs in more than a third of its letters (one letter for names of up to five).
+// The known name with the fewest edits from `typed` (a letter changed, put in or left out, or two neighbours swapped),
+// case ignored; the first of several. Empty when even the nearest takes more edits than a third of its letters (one edit
+// for names of up to five).
 std::string closest_name(const std::string& typed, const std::vector<std::string>& known);
 
 }  // namespace host
