@@ -207,13 +207,9 @@ void step(State& engine, std::vector<std::int16_t>& samples, std::vector<SpeechE
 
 }  // namespace
 
-void Generation::start(SpeechRequest request) {
+// Brings the piece in work to its end, whoever owns it. Called under the lock.
+void Generation::finish_work() {
     State& engine = state();
-    std::lock_guard<std::mutex> guard(engine.lock);
-    if (engine.in_work == this) {
-        espeak_stepper_drop();
-        engine.in_work = nullptr;
-    }
     while (Generation* other = engine.in_work) {
         try {
             step(engine, other->samples_, other->events_, other->produced_, samples_per_drain_step, other->in_work_);
@@ -224,6 +220,23 @@ void Generation::start(SpeechRequest request) {
             engine.in_work = nullptr;
         }
     }
+}
+
+void EspeakEngine::load_voice(const std::string& language, const std::string& variant) {
+    State& engine = state();
+    std::lock_guard<std::mutex> guard(engine.lock);
+    Generation::finish_work();
+    set_voice(engine, language, variant);
+}
+
+void Generation::start(SpeechRequest request) {
+    State& engine = state();
+    std::lock_guard<std::mutex> guard(engine.lock);
+    if (engine.in_work == this) {
+        espeak_stepper_drop();
+        engine.in_work = nullptr;
+    }
+    finish_work();
     samples_.clear();
     events_.clear();
     produced_ = 0;

@@ -57,6 +57,8 @@ public:
 
 private:
     friend class EspeakEngine;
+    static void finish_work();
+
     SpeechRequest request_;
     std::vector<std::int16_t> samples_;
     std::vector<SpeechEvent> events_;
@@ -74,6 +76,10 @@ public:
     // espeak-ng's voice for a language tag such as "en-US": the tag itself, or the tag without its last parts. Empty
     // when there is none. Answers are kept.
     static std::string find_language(const std::string& tag);
+
+    // Makes a language and a variant ready to speak, so that the first text need not wait. Throws std::runtime_error if
+    // espeak-ng cannot load them.
+    static void load_voice(const std::string& language, const std::string& variant);
 
     // Whether there is a voice variant of that name.
     static bool has_variant(const std::string& name);
