@@ -26,7 +26,7 @@ std::string Audio::to_string() const {
 
 std::string Prosody::to_string() const {
     if (instance == 0) return "-";
-    const std::string start = "[" + number(instance) + "]";
+    const std::string start = std::string("[") + number(instance) + "]";
     const bool all_default = contour.empty() && duration.empty() && range.empty() && pitch == "default" &&
                              rate == "default" && volume == "default";
     if (all_default) return start + "default";
@@ -34,17 +34,17 @@ std::string Prosody::to_string() const {
            ",vol=" + volume;
 }
 
-std::string Textlocation::to_string() const { return "#" + number(paragraph) + ":" + number(sentence); }
+std::string Textlocation::to_string() const { return std::string("#") + number(paragraph) + ":" + number(sentence); }
 
 std::string Token::to_string() const {
     const char* quote = label.empty() ? "" : "\"";
-    return "#" + number(instance) + quote + label.c_str() + quote + "(" + role_.c_str() + ")";
+    return std::string("#") + number(instance) + quote + label.c_str() + quote + "(" + role_.c_str() + ")";
 }
 
 std::string Transcription::to_string() const {
     if (instance_ == 0) return "-";
     const std::string qualified = qualifier.empty() ? std::string() : "<" + qualifier + ">";
-    return "[" + number(instance_) + "]" + alphabet + qualified + ":" + phonemes;
+    return std::string("[") + number(instance_) + "]" + alphabet + qualified + ":" + phonemes;
 }
 
 std::string Voiceinfo::to_string() const {

@@ -16,13 +16,13 @@ std::string Speechtext::to_debugstr() const {
     for (const SpeechtextAttrsRecord& record : attrs) {
         text_up_to(record.position);
         if (!record.attrs->is_contentattrs()) {
-            out += "<" + record.attrs->to_debugstr() + ">";
+            out.append("<").append(record.attrs->to_debugstr()).append(">");
             continue;
         }
         const auto* content = static_cast<const SpeechtextTextAttrs*>(record.attrs);
         const std::string form = previous ? content->to_debugstr_rel(*previous) : content->to_debugstr();
         previous = content;
-        if (!form.empty()) out += "(" + form + ")";
+        if (!form.empty()) out.append("(").append(form).append(")");
     }
     const int length = static_cast<int>(text.size());
     if (reached > length) {
