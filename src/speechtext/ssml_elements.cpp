@@ -2,6 +2,7 @@
 // what is in force up to date; an element without a difference to tell is not written. Values are not XML-encoded.
 #include <cmath>
 #include <string>
+#include <string_view>
 
 #include "speechtext/ssml_encoder.h"
 #include "speechtext/ssml_number.h"
@@ -11,8 +12,9 @@ namespace {
 // Attributes that would not fit this buffer of the synthesiser's side are left out.
 constexpr std::size_t attribute_limit = 100;
 
-void add_attribute(const char* name, const std::string& value, std::string* tag) {
-    tag->append(" ").append(name).append("=\"").append(value) += '"';
+void add_attribute(std::string_view name, const std::string& value, std::string* tag) {
+    (((*tag += ' ') += name) += "=\"") += value;
+    *tag += '"';
 }
 
 // Age and variant go out as one character with that code, not in decimal.
@@ -53,7 +55,7 @@ std::string volume_value(float now, float before, bool version_1_0) {
     return decibels(is_inaudible(before) ? now : now / before);
 }
 
-void add_number_attribute(const char* name, const std::string& value, std::string* tag) {
+void add_number_attribute(std::string_view name, const std::string& value, std::string* tag) {
     std::string attribute;
     add_attribute(name, value, &attribute);
     if (attribute.size() < attribute_limit) *tag += attribute;
@@ -66,19 +68,23 @@ std::string legacy_percentage(float factor) {
     return (digits.front() == '-' ? "" : "+") + digits + "%";
 }
 
+void append_mark_tag(const SpeechtextMark& mark, std::string* out) {
+    *out += "<mark";
+    const std::string id = mark.id();
+    if (!id.empty()) add_attribute("name", id, out);
+    *out += mark.invisible() ? " qm:invisible=\"true\"/>" : "/>";
+}
+
 }  // namespace
 
 void SpeechtextSsmlEncoder::add_ssml_mark(const SpeechtextMark& mark) {
-    std::string tag = "<mark";
-    const std::string id = mark.id();
-    if (!id.empty()) add_attribute("name", id, &tag);
-    if (mark.invisible()) tag += " qm:invisible=\"true\"";
-    tag += "/>";
-    if (raw_depth != 0) {
-        insert_tag(tag);
-    } else {
-        ssml += tag;
+    if (raw_depth == 0) {
+        append_mark_tag(mark, &ssml);
+        return;
     }
+    std::string tag;
+    append_mark_tag(mark, &tag);
+    insert_tag(tag);
 }
 
 // Of breaks with nothing written between them, the first one wins.

@@ -25,6 +25,15 @@ const SpeechtextTextAttrs* contentattrs_of(const SpeechtextAttrsRecord& record) 
     return record.attrs->is_contentattrs() ? static_cast<const SpeechtextTextAttrs*>(record.attrs) : nullptr;
 }
 
+// Short runs are common where marks stand between words, and mostly need no encoding.
+bool is_short_and_plain(std::string_view bytes) {
+    constexpr std::size_t short_run = 32;
+    const auto is_plain = [](char c) {
+        return c >= ' ' && c < 0x7F && c != '<' && c != '>' && c != '&' && c != '"' && c != '\'';
+    };
+    return bytes.size() <= short_run && std::all_of(bytes.begin(), bytes.end(), is_plain);
+}
+
 bool is_named(const char* name, const char* other) { return std::strcmp(name, other) == 0; }
 
 }  // namespace
@@ -98,6 +107,8 @@ void SpeechtextSsmlEncoder::write_run(std::string_view bytes) {
     if (current.raw) {
         count_raw_tags(bytes);
         ssml += bytes;
+    } else if (is_short_and_plain(bytes)) {
+        ssml += bytes;  // as encoding it would
     } else {
         append_encoded_xml_utf8(&ssml, bytes.data(), bytes.size(), 0);
     }
