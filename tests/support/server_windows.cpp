@@ -48,10 +48,10 @@ void* my_calloc(std::size_t count, std::size_t size) {
 }
 void* my_realloc(void* old, std::size_t size) {
     if (!may_allocate()) return nullptr;
-    void* block = std::realloc(old, size);
-    if (!block) return nullptr;
     forget(old);
-    return note(block);
+    void* block = std::realloc(old, size);
+    note(block ? block : old);
+    return block;
 }
 void my_free(void* block) {
     forget(block);
