@@ -121,6 +121,15 @@ TEST(Voices, default_is_the_first_of_this_engine) {
     EXPECT_EQ(choose_voice(voices, "").id, "b");
 }
 
+TEST(Voices, default_prefers_american_english) {
+    const auto voice = [](const std::string& id, const std::string& language) {
+        const std::string json =
+            R"({"CLSID":")" + std::string(nelva_class) + R"(","Attributes":{"Language":")" + language + R"("}})";
+        return voice_from_json(json, "/voices/" + id + ".json");
+    };
+    EXPECT_EQ(choose_voice({voice("a", "401"), voice("b", "809"), voice("c", "409"), voice("d", "409")}, "").id, "c");
+}
+
 TEST(Voices, voice_of_another_engine_is_found_by_its_id) {
     const std::vector<Voice> voices = {voice_named("Other", other_class), voice_named("b", nelva_class)};
     EXPECT_EQ(choose_voice(voices, "oTHER").id, "Other");

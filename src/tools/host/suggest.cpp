@@ -30,14 +30,13 @@ std::size_t edits_between(const std::string& from, const std::string& to) {
 }  // namespace
 
 std::string closest_name(const std::string& typed, const std::vector<std::string>& known) {
-    const std::string wanted = ascii_lower(typed);
     std::string nearest;
     std::size_t fewest = std::string::npos;
     for (const std::string& name : known) {
         const std::size_t allowed = std::max<std::size_t>(1, name.size() / 3);
         // A length that differs by more needs no comparison, which keeps huge input cheap.
-        if (wanted.size() > name.size() + allowed || name.size() > wanted.size() + allowed) continue;
-        const std::size_t edits = edits_between(wanted, ascii_lower(name));
+        if (typed.size() > name.size() + allowed || name.size() > typed.size() + allowed) continue;
+        const std::size_t edits = edits_between(ascii_lower(typed), ascii_lower(name));
         if (edits > allowed || edits >= fewest) continue;
         fewest = edits;
         nearest = name;

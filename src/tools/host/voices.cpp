@@ -59,10 +59,31 @@ bool Voice::is_nelva() const {
 
 ComPtr<ISpObjectToken> Voice::token() const { return make_token(place, data); }
 
-const Voice& choose_voice(const std::vector<Voice>& voices, const std::string& id) {
+namespace {
+
+// The voice that speaks when none is asked for; null without any.
+const Voice* default_voice(const std::vector<Voice>& voices) {
+    const Voice* first = nullptr;
     for (const Voice& voice : voices) {
-        if (id.empty() ? voice.is_nelva() : equal_ignoring_case(voice.id, id)) return voice;
+        if (!voice.is_nelva()) continue;
+        if (voice.language_id() == default_language) return &voice;
+        if (!first) first = &voice;
     }
+    return first;
+}
+
+const Voice* voice_with_id(const std::vector<Voice>& voices, const std::string& id) {
+    for (const Voice& voice : voices) {
+        if (equal_ignoring_case(voice.id, id)) return &voice;
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+const Voice& choose_voice(const std::vector<Voice>& voices, const std::string& id) {
+    const Voice* found = id.empty() ? default_voice(voices) : voice_with_id(voices, id);
+    if (found) return *found;
     if (id.empty())
         throw HostError("there is no voice in " + voices_place(), SPERR_NOT_FOUND,
                         "install one; see docs/voice-token.md");

@@ -35,8 +35,11 @@ struct Voice {
 // All voices, ordered by id. A token that cannot be read is left out, and a line about it goes to `problems`.
 std::vector<Voice> find_voices(std::vector<std::string>* problems);
 
-// The voice with this id (case ignored), or with an empty id the first one of this project's engine. Throws HostError;
-// its message says what there is.
+// The language of the voice that speaks when none is asked for: English (United States).
+inline constexpr DWORD default_language = 0x409;
+
+// The voice with this id (case ignored), or with an empty id the first one of this project's engine that speaks the
+// default language, else its first one. Throws HostError; its message says what there is.
 const Voice& choose_voice(const std::vector<Voice>& voices, const std::string& id);
 
 // Where find_voices looks, for messages.
