@@ -1,4 +1,5 @@
 // Splitting of strings into pieces.
+#include <algorithm>
 #include <utility>
 
 #include "text/qm_stringutils.h"
@@ -15,16 +16,22 @@ std::list<std::string> splitlines(const std::string& text) {
     }
 }
 
+namespace {
+
+// Not the blanks that trimming knows: a form feed is none here.
+constexpr bool separates(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\v' || c == '\r'; }
+
+}  // namespace
+
 std::list<std::string> split_on_asciiws(const std::string& text) {
-    static constexpr char separators[] = "\t\n\v\r ";
     std::list<std::string> pieces;
-    std::size_t start = text.find_first_not_of(separators);
-    while (start != std::string::npos) {
-        const std::size_t end = text.find_first_of(separators, start);
-        pieces.push_back(text.substr(start, end - start));
-        start = text.find_first_not_of(separators, end);
+    auto end = text.begin();
+    for (;;) {
+        const auto start = std::find_if_not(end, text.end(), separates);
+        if (start == text.end()) return pieces;
+        end = std::find_if(start, text.end(), separates);
+        pieces.emplace_back(start, end);
     }
-    return pieces;
 }
 
 namespace {

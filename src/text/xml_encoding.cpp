@@ -88,7 +88,11 @@ public:
         std::memcpy(next_, bytes, count);
         next_ += count;
     }
-    void put_block(const char* block) { put(block, block_size); }
+    // The same for at most a block, by reading and writing a whole one: that is faster than to look at the count.
+    void put_run(const char* bytes, std::size_t count) {
+        std::memcpy(next_, bytes, block_size);
+        next_ += count;
+    }
     void put_ascii(unsigned short unit) {
         std::memcpy(next_, &ascii_forms[unit], sizeof(ascii_form));
         next_ += ascii_forms[unit].length;
@@ -102,9 +106,9 @@ public:
     }
 
 private:
-    // A byte gives at most the 6 of "&quot;"; a run of single characters may end 3 bytes behind its block; a form is
-    // copied with 8 bytes.
-    static constexpr std::size_t largest_block = (block_size + 3) * 6 + sizeof(ascii_form);
+    // A byte gives at most the 6 of "&quot;"; single characters may end 3 bytes behind their block; a run is copied
+    // with a block's bytes.
+    static constexpr std::size_t largest_block = (block_size + 3) * 6 + block_size;
 
     std::string* out_;
     std::array<char, 4096> buffer_;
@@ -133,14 +137,11 @@ std::size_t encode_characters(const char* bytes, std::size_t count, const char* 
     return static_cast<std::size_t>(cursor - bytes);
 }
 
-// The first `count` of the 64 bytes at `block`, without entities for high characters. Returns the bytes taken: `count`,
-// or up to 3 less where a character is cut off there; 0, with nothing written, if the block is not for the fast path.
+// The first `count` of the 64 bytes at `block`, without entities for high characters. Another 64 bytes behind them must
+// be readable. Returns the bytes taken: `count`, or up to 3 less where a character is cut off there; 0, with nothing
+// written, if the block is not for the fast path.
 std::size_t encode_block(const char* block, std::size_t count, collector* out) {
     text_detail::byte_mask rewritten = text_detail::not_plain(block);
-    if (rewritten == 0 && count == block_size) {
-        out->put_block(block);
-        return count;
-    }
     const text_detail::byte_mask high = text_detail::high_bits(block);
     if (high != 0) {
         const text_detail::bit_planes planes = text_detail::planes_of(block);
@@ -152,11 +153,11 @@ std::size_t encode_block(const char* block, std::size_t count, collector* out) {
     std::size_t copied = 0;
     for (; rewritten != 0; rewritten &= rewritten - 1) {
         const auto place = static_cast<std::size_t>(std::countr_zero(rewritten));
-        out->put(block + copied, place - copied);
+        out->put_run(block + copied, place - copied);
         out->put_ascii(static_cast<unsigned char>(block[place]));
         copied = place + 1;
     }
-    out->put(block + copied, count - copied);
+    out->put_run(block + copied, count - copied);
     return count;
 }
 
@@ -164,12 +165,13 @@ void encode(const char* bytes, std::size_t length, int flags, collector* out) {
     const char* const end = bytes + length;
     const bool by_blocks = (flags & encode_xml_opt::entity_encode_high) == 0;
     while (bytes != end) {
-        const std::size_t count = std::min(static_cast<std::size_t>(end - bytes), block_size);
-        std::array<char, block_size> last;  // the rest of the text, filled up with characters that stay as they are
+        const auto left = static_cast<std::size_t>(end - bytes);
+        const std::size_t count = std::min(left, block_size);
+        std::array<char, 2 * block_size> last;  // the rest of the text, filled up with characters that stay as they are
         const char* block = bytes;
-        if (count < block_size) {
+        if (left < last.size()) {
             last.fill(' ');
-            std::memcpy(last.data(), bytes, count);
+            std::memcpy(last.data(), bytes, left);
             block = last.data();
         }
         out->make_room();

@@ -3,6 +3,7 @@
 
 #include <clocale>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <random>
 #include <string>

@@ -1,6 +1,7 @@
 // Families of byte strings, good and bad, over which the tests hold the passes against the reference.
 #pragma once
 
+#include <initializer_list>
 #include <random>
 #include <string>
 #include <vector>

@@ -1,6 +1,7 @@
 // The codec over whole strings.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <memory>
 #include <string>
