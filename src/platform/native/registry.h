@@ -1,8 +1,9 @@
 // Windows' registry, for builds without Windows: a tree in memory that lives as long as the process and starts with
 // HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER and the key Software\Classes\CLSID in each.
 //
-// Names compare without regard to case (ASCII). Each open handle remembers the access it was opened with, and a call
-// that needs more gives ERROR_ACCESS_DENIED. platform/testing.h looks inside, empties it, and denies access.
+// Names compare without regard to case (ASCII). A handle remembers the access that it was opened with: reading or
+// writing a value with less gives ERROR_ACCESS_DENIED. HKEY_CLASSES_ROOT is the machine's Software\\Classes.
+// platform/testing.h looks inside, empties it, and denies access.
 
 #ifndef NELVA_PLATFORM_NATIVE_REGISTRY_H
 #define NELVA_PLATFORM_NATIVE_REGISTRY_H
