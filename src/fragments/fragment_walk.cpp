@@ -1,4 +1,4 @@
-// One pass over the list for the sizes, so that text and positions never grow by copying, then the walk itself:
+// One pass over the list for the sizes, so that the text never grows by copying, then the walk itself:
 // attributes, pitch mark, record, and what the fragment's action asks for.
 
 #include "fragments/fragment_walk.h"
@@ -10,6 +10,7 @@
 
 #include "fragments/ascii_case.h"
 #include "fragments/fragment_attrs.h"
+#include "fragments/host_positions.h"
 #include "fragments/utf16_text.h"
 #include "speechtext/speechtext.h"
 
@@ -74,15 +75,14 @@ std::size_t markup_length(const std::string& bytes) {
 class FragmentWalk {
 public:
     FragmentWalk(const spvtextfrags_to_ssml_opts& opts, const char* language, Speechtext* text,
-                 std::vector<std::uint32_t>* positions)
+                 HostPositions* positions)
         : opts_(opts), language_(language == nullptr ? "" : language), text_(text), positions_(positions) {}
 
     void take(const SPVTEXTFRAG& fragment, const SPVTEXTFRAG* previous);
-    void end() { positions_->push_back(host_end_); }
+    void end() { positions_->set_end(host_end_); }
 
 private:
-    void add_mark(const std::string& name) { *text_ += SpeechtextMark(next_mark_instance_++, name); }
-    void add_pitch_mark(LONG pitch);
+    void add_pitch_mark(const SPVTEXTFRAG& fragment, const SPVTEXTFRAG* previous);
     void dispatch(const SPVTEXTFRAG& fragment);
     void take_silence(ULONG milliseconds);
     void take_bookmark(const SPVTEXTFRAG& fragment);
@@ -92,9 +92,10 @@ private:
     const spvtextfrags_to_ssml_opts& opts_;
     const char* const language_;
     Speechtext* const text_;
-    std::vector<std::uint32_t>* const positions_;
+    HostPositions* const positions_;
 
     SpeechtextTextAttrs fragment_attrs_;  // keeps its fields from one fragment to the next
+    SpeechtextMark pitch_mark_{0, std::string()};
     unsigned int next_mark_instance_ = 1;
     unsigned int next_break_instance_ = 1;
     std::uint32_t host_end_ = 0;  // behind the last text fragment
@@ -102,15 +103,22 @@ private:
 
 void FragmentWalk::take(const SPVTEXTFRAG& fragment, const SPVTEXTFRAG* previous) {
     const bool changed = update_fragment_attrs(&fragment_attrs_, fragment, previous, language_);
-    add_pitch_mark(fragment.State.PitchAdj.MiddleAdj);
+    add_pitch_mark(fragment, previous);
     // At the end of each fragment its own attributes are the ones in force, so unchanged ones would be dropped as a
     // repetition; there is no need to have them compared.
     if (changed) *text_ += fragment_attrs_;
     dispatch(fragment);
 }
 
-void FragmentWalk::add_pitch_mark(LONG pitch) {
-    if (opts_.pitch_prefix != nullptr) add_mark(opts_.pitch_prefix + std::to_string(pitch));
+// The mark is kept from one fragment to the next, as most of them have the same name.
+void FragmentWalk::add_pitch_mark(const SPVTEXTFRAG& fragment, const SPVTEXTFRAG* previous) {
+    if (opts_.pitch_prefix == nullptr) return;
+    const LONG pitch = fragment.State.PitchAdj.MiddleAdj;
+    if (previous == nullptr || previous->State.PitchAdj.MiddleAdj != pitch) {
+        pitch_mark_ = SpeechtextMark(0, opts_.pitch_prefix + std::to_string(pitch));
+    }
+    pitch_mark_.instance = next_mark_instance_++;
+    *text_ += pitch_mark_;
 }
 
 void FragmentWalk::dispatch(const SPVTEXTFRAG& fragment) {
@@ -143,7 +151,7 @@ void FragmentWalk::take_silence(ULONG milliseconds) {
 void FragmentWalk::take_bookmark(const SPVTEXTFRAG& fragment) {
     if (opts_.bookmark_prefix == nullptr) return;
     const std::string name = convert_fragment(fragment);
-    if (!name.empty()) add_mark(opts_.bookmark_prefix + name);
+    if (!name.empty()) *text_ += SpeechtextMark(next_mark_instance_++, opts_.bookmark_prefix + name);
 }
 
 void FragmentWalk::take_text(const SPVTEXTFRAG& fragment) {
@@ -169,21 +177,19 @@ void FragmentWalk::take_raw(const SPVTEXTFRAG& fragment) {
     const std::size_t tail = bytes.size() - markup;
     if (tail == 0) return;
     append_bytes(text_, bytes.data() + markup, tail);
-    positions_->insert(positions_->end(), tail, fragment.ulTextSrcOffset);
+    positions_->add_bytes(fragment.ulTextSrcOffset, tail);
 }
 
 }  // namespace
 
-int spvtextfrags_to_speechtext(const SPVTEXTFRAG* fragments, Speechtext* text,
-                               std::vector<std::uint32_t>* text_positions, const char* language,
-                               const spvtextfrags_to_ssml_opts& opts) {
+int spvtextfrags_to_speechtext(const SPVTEXTFRAG* fragments, Speechtext* text, HostPositions* positions,
+                               const char* language, const spvtextfrags_to_ssml_opts& opts) {
     *text = Speechtext();
-    text_positions->clear();
+    *positions = HostPositions();
     const Sizes sizes = measure(fragments);
     text->reserve(sizes.bytes, sizes.fragments + 1);
-    text_positions->reserve(sizes.bytes + 1);
 
-    FragmentWalk walk(opts, language, text, text_positions);
+    FragmentWalk walk(opts, language, text, positions);
     const SPVTEXTFRAG* previous = nullptr;
     for (const SPVTEXTFRAG* fragment = fragments; fragment != nullptr; fragment = fragment->pNext) {
         walk.take(*fragment, previous);
@@ -195,5 +201,9 @@ int spvtextfrags_to_speechtext(const SPVTEXTFRAG* fragments, Speechtext* text,
 
 int spvtextfrags_to_speechtext(const SPVTEXTFRAG* fragments, Speechtext* text,
                                std::vector<std::uint32_t>* text_positions, const char* language) {
-    return spvtextfrags_to_speechtext(fragments, text, text_positions, language, spvtextfrags_to_ssml_opts_impl);
+    HostPositions positions;
+    const int result =
+        spvtextfrags_to_speechtext(fragments, text, &positions, language, spvtextfrags_to_ssml_opts_impl);
+    *text_positions = positions.to_vector();
+    return result;
 }

@@ -8,10 +8,11 @@
 
 #include "fragments/spvtextfrags_to_ssml.h"
 
+class HostPositions;
 class Speechtext;
 
-// Overwrites *text with the fragments' rich text, and *text_positions with one host position for each of its bytes
-// outside raw markup and a last one, the position behind the last text fragment.
+// Overwrites *text with the fragments' rich text, and *positions with the host position of each of its bytes outside
+// raw markup and, as the end, that behind the last text fragment.
 //
 // Each fragment adds its pitch mark and, where its state differs from the one before, a record of text attributes;
 // then, by its action, text, a break, a bookmark mark or raw markup. A fragment that cannot be converted adds less.
@@ -20,12 +21,12 @@ class Speechtext;
 // `language` is read only where a fragment's LangID is 0; null is taken as "". The result is always 0. A text whose
 // bytes do not fit into signed 32 bits throws std::length_error before anything behind it is read; std::bad_alloc
 // passes through. What the two outputs hold then is not settled.
+int spvtextfrags_to_speechtext(const SPVTEXTFRAG* fragments, Speechtext* text, HostPositions* positions,
+                               const char* language, const spvtextfrags_to_ssml_opts& opts);
+
+// The same with the engine's mark prefixes, and with the positions written out: one for each byte and a last one, the
+// end.
 int spvtextfrags_to_speechtext(const SPVTEXTFRAG* fragments, Speechtext* text,
                                std::vector<std::uint32_t>* text_positions, const char* language);
-
-// The same with other mark prefixes than the engine's.
-int spvtextfrags_to_speechtext(const SPVTEXTFRAG* fragments, Speechtext* text,
-                               std::vector<std::uint32_t>* text_positions, const char* language,
-                               const spvtextfrags_to_ssml_opts& opts);
 
 #endif

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "fragments/host_positions.h"
 #include "fragments/spvtextfrags_to_ssml.h"
 
 #ifdef __SSE2__
@@ -17,10 +18,12 @@
 
 namespace {
 
-// The positions of text bytes, with a cursor that counts on for ever but never reads behind the end entry.
-class TextPositions {
+// A cursor over positions written out one by one, with the same operations as a HostPositionCursor. It counts on for
+// ever but never reads behind the end entry.
+class VectorCursor {
 public:
-    TextPositions(const std::uint32_t* positions, std::size_t count) : positions_(positions), count_(count) {}
+    explicit VectorCursor(const std::vector<std::uint32_t>& positions)
+        : positions_(positions.data()), count_(positions.size()) {}
 
     std::uint32_t next() const { return count_ == 0 ? 0 : positions_[std::min(cursor_, count_ - 1)]; }
     std::uint32_t end() const { return count_ == 0 ? 0 : positions_[count_ - 1]; }
@@ -79,11 +82,8 @@ std::size_t behind_entity(std::string_view ssml, std::size_t i) {
     return semicolon == std::string_view::npos ? ssml.size() : semicolon + 1;
 }
 
-}  // namespace
-
-void fill_ssml_sapi_posmap(std::uint32_t* map, std::string_view ssml, const std::uint32_t* positions,
-                           std::size_t count) {
-    TextPositions text(positions, count);
+template <typename Cursor>
+void fill(std::uint32_t* map, std::string_view ssml, Cursor text) {
     std::size_t i = 0;
     while (i < ssml.size()) {
         const std::size_t start = i;
@@ -102,8 +102,14 @@ void fill_ssml_sapi_posmap(std::uint32_t* map, std::string_view ssml, const std:
     map[ssml.size()] = text.end();
 }
 
+}  // namespace
+
+void fill_ssml_sapi_posmap(std::uint32_t* map, std::string_view ssml, const HostPositions& positions) {
+    fill(map, ssml, HostPositionCursor(positions));
+}
+
 void build_ssml_sapi_posmap(std::vector<std::uint32_t>* map, const std::string& ssml,
                             const std::vector<std::uint32_t>& positions) {
-    map->assign(ssml.size() + 1, 0);
-    fill_ssml_sapi_posmap(map->data(), ssml, positions.data(), positions.size());
+    map->resize(ssml.size() + 1);
+    fill(map->data(), ssml, VectorCursor(positions));
 }

@@ -1,14 +1,14 @@
-// The position map over plain arrays: what build_ssml_sapi_posmap does, for callers that own the memory themselves.
+// The position map in memory that the caller owns, from the positions as the fragment walk leaves them.
 
 #ifndef NELVA_FRAGMENTS_POSMAP_H
 #define NELVA_FRAGMENTS_POSMAP_H
 
-#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
-// Writes ssml.size() + 1 entries to `map`. `positions` may be null when `count` is 0; the map is all zeroes then.
-void fill_ssml_sapi_posmap(std::uint32_t* map, std::string_view ssml, const std::uint32_t* positions,
-                           std::size_t count);
+class HostPositions;
+
+// Writes ssml.size() + 1 entries to `map`, by the rules of build_ssml_sapi_posmap.
+void fill_ssml_sapi_posmap(std::uint32_t* map, std::string_view ssml, const HostPositions& positions);
 
 #endif

@@ -12,6 +12,7 @@
 #include <new>
 
 #include "fragments/fragment_walk.h"
+#include "fragments/host_positions.h"
 #include "fragments/posmap.h"
 #include "speechtext/speechtext.h"
 
@@ -34,13 +35,14 @@ malloc_ptr<T> allocate(std::size_t count) {
 struct Document {
     int result;
     std::string ssml;
-    std::vector<std::uint32_t> positions;
+    HostPositions positions;
 };
 
 Document convert(const SPVTEXTFRAG* fragments, const char* language) {
     Document document{};
     Speechtext text;
-    document.result = spvtextfrags_to_speechtext(fragments, &text, &document.positions, language);
+    document.result =
+        spvtextfrags_to_speechtext(fragments, &text, &document.positions, language, spvtextfrags_to_ssml_opts_impl);
     if (SUCCEEDED(document.result)) document.ssml = text.to_ssml();
     return document;
 }
@@ -53,7 +55,7 @@ HRESULT hand_over(const SPVTEXTFRAG* fragments, char** ssml, std::uint32_t** pos
     malloc_ptr<char> ssml_block = allocate<char>(size + 1);
     malloc_ptr<std::uint32_t> map_block = allocate<std::uint32_t>(size + 1);
     std::memcpy(ssml_block.get(), document.ssml.c_str(), size + 1);
-    fill_ssml_sapi_posmap(map_block.get(), document.ssml, document.positions.data(), document.positions.size());
+    fill_ssml_sapi_posmap(map_block.get(), document.ssml, document.positions);
 
     *ssml = ssml_block.release();
     *posmap = map_block.release();

@@ -1,7 +1,7 @@
-// Blocks of units go through two small buffers, bytes and positions, and from there to the ends of text and vector.
+// Blocks of units go through a small buffer of bytes, and from there to the end of the text.
 //
-// ASCII, by far the most common, is narrowed here, eight units a step. From the first other unit on, everything up to
-// the next long stretch of ASCII is one run: its positions follow from the units alone, and its bytes come from one
+// ASCII, by far the most common, is narrowed here, sixteen units a step. From the first other unit on, everything up
+// to the next long stretch of ASCII is one run: its positions follow from the units alone, and its bytes come from one
 // call of the platform. Lone surrogates are not in any run; each goes to the platform by itself, since what it makes
 // of them is its own choice.
 
@@ -11,6 +11,7 @@
 #include <climits>
 #include <stdexcept>
 
+#include "fragments/host_positions.h"
 #include "speechtext/speechtext.h"
 
 #ifdef __SSE2__
@@ -19,19 +20,51 @@
 
 namespace {
 
-constexpr std::size_t block_units = 1024;
+constexpr std::size_t block_units = 4096;
 // No character takes more than 3 bytes a unit; a lone one may take what the platform likes.
 constexpr std::size_t block_bytes = 3 * block_units + character_bytes;
 // So much ASCII in a row pays for ending a run.
 constexpr std::size_t ascii_stretch = 32;
 
+bool is_ascii(WCHAR unit) { return unit < 0x80; }
 bool is_high_surrogate(WCHAR unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
 bool is_low_surrogate(WCHAR unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 bool is_surrogate(WCHAR unit) { return unit >= 0xD800 && unit <= 0xDFFF; }
+bool takes_two_bytes(WCHAR unit) { return unit >= 0x80 && unit < 0x800; }
+bool takes_three_bytes(WCHAR unit) { return unit >= 0x800 && !is_surrogate(unit); }
+
+template <typename Test>
+std::size_t count_while(const WCHAR* units, std::size_t count, Test test) {
+    return static_cast<std::size_t>(std::find_if_not(units, units + count, test) - units);
+}
+
+// The units of the surrogate pairs at `units`.
+std::size_t count_paired(const WCHAR* units, std::size_t count) {
+    std::size_t i = 0;
+    while (i < count && utf16_character_length(units + i, count - i) == 2) i += 2;
+    return i;
+}
+
+// Narrows units to bytes while they are ASCII; gives the number done.
+std::size_t narrow_ascii(const WCHAR* units, std::size_t count, char* bytes) {
+    std::size_t i = 0;
+#ifdef __SSE2__
+    const __m128i beyond_ascii = _mm_set1_epi16(static_cast<short>(0xFF80));
+    for (; count - i >= 16; i += 16) {
+        const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units + i));
+        const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units + i + 8));
+        const __m128i beyond = _mm_and_si128(_mm_or_si128(low, high), beyond_ascii);
+        if (_mm_movemask_epi8(_mm_cmpeq_epi16(beyond, _mm_setzero_si128())) != 0xFFFF) break;
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes + i), _mm_packus_epi16(low, high));
+    }
+#endif
+    for (; i < count && is_ascii(units[i]); ++i) bytes[i] = static_cast<char>(units[i]);
+    return i;
+}
 
 class BlockConverter {
 public:
-    BlockConverter(Speechtext* text, std::vector<std::uint32_t>* positions) : text_(text), positions_(positions) {}
+    BlockConverter(Speechtext* text, HostPositions* positions) : text_(text), positions_(positions) {}
 
     // Converts `count` units, at most block_units, that do not end within a pair.
     void convert(const WCHAR* units, std::size_t count, std::uint32_t first_position);
@@ -43,95 +76,92 @@ private:
     void flush();
 
     Speechtext* text_;
-    std::vector<std::uint32_t>* positions_;
+    HostPositions* positions_;
     bool in_runs_ = true;
-    std::size_t size_ = 0;  // of both buffers
+    std::size_t size_ = 0;
     char bytes_[block_bytes];
-    // A run writes four entries for each character, whatever its length, and goes on behind those that count.
-    std::uint32_t byte_positions_[block_bytes + 4];
 };
 
-#ifdef __SSE2__
-// Narrows eight units at a time while they are ASCII; gives the number done.
-std::size_t narrow_ascii_blocks(const WCHAR* units, std::size_t count, std::uint32_t position, char* bytes,
-                                std::uint32_t* positions) {
-    const __m128i beyond_ascii = _mm_set1_epi16(static_cast<short>(0xFF80));
-    const __m128i eight = _mm_set1_epi32(8);
-    __m128i low = _mm_add_epi32(_mm_set1_epi32(static_cast<int>(position)), _mm_setr_epi32(0, 1, 2, 3));
-    __m128i high = _mm_add_epi32(low, _mm_set1_epi32(4));
-    std::size_t i = 0;
-    for (; count - i >= 8; i += 8) {
-        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units + i));
-        const __m128i ascii = _mm_cmpeq_epi16(_mm_and_si128(block, beyond_ascii), _mm_setzero_si128());
-        if (_mm_movemask_epi8(ascii) != 0xFFFF) break;
-        _mm_storel_epi64(reinterpret_cast<__m128i*>(bytes + i), _mm_packus_epi16(block, block));
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(positions + i), low);
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(positions + i + 4), high);
-        low = _mm_add_epi32(low, eight);
-        high = _mm_add_epi32(high, eight);
-    }
-    return i;
-}
-#endif
-
 std::size_t BlockConverter::take_ascii(const WCHAR* units, std::size_t count, std::uint32_t position) {
-    char* bytes = bytes_ + size_;
-    std::uint32_t* positions = byte_positions_ + size_;
-    std::size_t i = 0;
-#ifdef __SSE2__
-    i = narrow_ascii_blocks(units, count, position, bytes, positions);
-#endif
-    for (; i < count && units[i] < 0x80; ++i) {
-        bytes[i] = static_cast<char>(units[i]);
-        positions[i] = position + static_cast<std::uint32_t>(i);
-    }
-    size_ += i;
-    return i;
+    const std::size_t done = narrow_ascii(units, count, bytes_ + size_);
+    if (done > 0) positions_->add_characters(position, done, 1);
+    size_ += done;
+    return done;
 }
 
-// The well-formed characters from a unit that is not ASCII up to a long stretch of ASCII. Gives 0, with nothing
-// written, at a lone surrogate. The same when the platform's answer is not as long as UTF-8 has it; then all that
-// follows goes character by character.
-std::size_t BlockConverter::take_run(const WCHAR* units, std::size_t count, std::uint32_t position) {
-    std::size_t i = 0;
-    std::size_t ascii = 0;
-    std::size_t end = size_;
-    while (i < count && ascii < ascii_stretch) {
-        const std::size_t length = utf16_character_length(units + i, count - i);
-        const WCHAR unit = units[i];
-        if (length == 1 && is_surrogate(unit)) break;
-        const std::size_t bytes = length == 2 ? 4 : unit < 0x80 ? 1 : unit < 0x800 ? 2 : 3;
-        std::fill_n(byte_positions_ + end, 4, position + static_cast<std::uint32_t>(i));
-        ascii = unit < 0x80 ? ascii + 1 : 0;
-        end += bytes;
-        i += length;
+struct Stretch {
+    std::size_t units;
+    std::size_t bytes;
+};
+
+// Adds the positions of the well-formed characters in front of a lone surrogate or a long stretch of ASCII.
+Stretch add_positions_of_run(const WCHAR* units, std::size_t count, std::uint32_t position, HostPositions* positions) {
+    Stretch run{0, 0};
+    while (run.units < count) {
+        const WCHAR* next = units + run.units;
+        const std::size_t left = count - run.units;
+        std::size_t taken;
+        std::size_t characters;
+        unsigned int bytes;
+        if (is_ascii(*next)) {
+            bytes = 1;
+            taken = characters = count_while(next, std::min(left, ascii_stretch), is_ascii);
+            if (taken == ascii_stretch) break;
+        } else if (takes_two_bytes(*next)) {
+            bytes = 2;
+            taken = characters = count_while(next, left, takes_two_bytes);
+        } else if (takes_three_bytes(*next)) {
+            bytes = 3;
+            taken = characters = count_while(next, left, takes_three_bytes);
+        } else {
+            bytes = 4;
+            taken = count_paired(next, left);
+            characters = taken / 2;
+            if (taken == 0) break;
+        }
+        positions->add_characters(position + static_cast<std::uint32_t>(run.units), characters, bytes);
+        run.units += taken;
+        run.bytes += characters * bytes;
     }
-    if (i == 0) return 0;
-    const std::size_t size = end - size_;
-    const int converted = WideCharToMultiByte(CP_UTF8, 0, units, static_cast<int>(i), bytes_ + size_,
-                                              static_cast<int>(size), nullptr, nullptr);
-    in_runs_ = converted == static_cast<int>(size);
-    if (!in_runs_) return 0;
-    size_ = end;
-    return i;
+    return run;
+}
+
+// Gives 0, with nothing written, at a lone surrogate. The same when the platform's answer is not as long as UTF-8 has
+// it; then all that follows goes character by character.
+std::size_t BlockConverter::take_run(const WCHAR* units, std::size_t count, std::uint32_t position) {
+    const HostPositions::Savepoint before = positions_->save();
+    const Stretch run = add_positions_of_run(units, count, position, positions_);
+    if (run.units == 0) return 0;
+    const int size = static_cast<int>(run.bytes);
+    const int converted =
+        WideCharToMultiByte(CP_UTF8, 0, units, static_cast<int>(run.units), bytes_ + size_, size, nullptr, nullptr);
+    if (converted != size) {
+        positions_->restore(before);
+        in_runs_ = false;
+        return 0;
+    }
+    size_ += run.bytes;
+    return run.units;
 }
 
 std::size_t BlockConverter::take_character(const WCHAR* units, std::size_t count, std::uint32_t position) {
     char bytes[character_bytes];
     const std::size_t length = utf16_character_length(units, count);
     const std::size_t size = convert_character(units, length, bytes);
+    if (size == 0) return 1;
     if (size_ + size > block_bytes - 3 * (count - 1)) flush();
-    for (std::size_t k = 0; k < size; ++k) {
-        bytes_[size_ + k] = bytes[k];
-        byte_positions_[size_ + k] = position;
-    }
+    std::copy_n(bytes, size, bytes_ + size_);
     size_ += size;
-    return size == 0 ? 1 : length;
+    if (size == 4 ? length == 2 : size < 4 && length == 1) {
+        positions_->add_characters(position, 1, static_cast<unsigned int>(size));
+    } else {
+        positions_->add_bytes(position, size);
+    }
+    return length;
 }
 
 void BlockConverter::flush() {
     append_bytes(text_, bytes_, size_);
-    positions_->insert(positions_->end(), byte_positions_, byte_positions_ + size_);
     size_ = 0;
 }
 
@@ -163,7 +193,7 @@ std::size_t utf8_size_bound(const WCHAR* units, std::size_t count) {
     std::size_t bound = count;
     while (count > 0) {
         // Sixteen bits for the sum let the compiler count eight units a step.
-        const std::size_t block = count < 16384 ? count : 16384;
+        const std::size_t block = std::min<std::size_t>(count, 16384);
         std::uint16_t more = 0;
         for (std::size_t i = 0; i < block; ++i) {
             more = static_cast<std::uint16_t>(more + (units[i] >= 0x80) + (units[i] >= 0x800));
@@ -183,11 +213,11 @@ void append_bytes(Speechtext* text, const char* bytes, std::size_t size) {
 }
 
 void append_utf16(const WCHAR* units, std::size_t count, std::uint32_t first_position, Speechtext* text,
-                  std::vector<std::uint32_t>* positions) {
+                  HostPositions* positions) {
     BlockConverter converter(text, positions);
     while (count > 0) {
-        std::size_t block = count < block_units ? count : block_units;
-        // A pair must not be cut. One that stays whole in the next block is no loss.
+        std::size_t block = std::min(count, block_units);
+        // A pair must not be cut.
         if (block < count && is_high_surrogate(units[block - 1]) && is_low_surrogate(units[block])) --block;
         converter.convert(units, block, first_position);
         units += block;

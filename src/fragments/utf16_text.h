@@ -5,10 +5,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
 
 #include "platform/win32.h"
 
+class HostPositions;
 class Speechtext;
 
 // The most bytes that the platform's conversion gives for one character, with room to spare.
@@ -29,10 +29,10 @@ std::size_t utf8_size_bound(const WCHAR* units, std::size_t count);
 // Appends `size` bytes to *text. Throws std::length_error when the text would no longer fit into signed 32 bits.
 void append_bytes(Speechtext* text, const char* bytes, std::size_t size);
 
-// Appends `count` units to *text as UTF-8 and to *positions one entry for each byte: the position of the byte's
-// character, where that of the first unit is `first_position`. The result is that of converting each character alone:
+// Appends `count` units to *text as UTF-8 and to *positions the position of each byte's character, where that of
+// the first unit is `first_position`. The result is that of converting each character alone:
 // lone surrogates become what the platform makes of them, and a unit for which it gives no bytes is left out.
 void append_utf16(const WCHAR* units, std::size_t count, std::uint32_t first_position, Speechtext* text,
-                  std::vector<std::uint32_t>* positions);
+                  HostPositions* positions);
 
 #endif

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "fragments/fragment_walk.h"
+#include "fragments/host_positions.h"
 #include "platform/sapi.h"
 #include "speechtext/speechtext.h"
 
@@ -86,7 +87,9 @@ inline Walked walk(const FragmentList& fragments, const char* language = "en") {
 
 inline Walked walk(const FragmentList& fragments, const spvtextfrags_to_ssml_opts& opts) {
     Walked walked;
-    walked.result = spvtextfrags_to_speechtext(fragments.first(), &walked.text, &walked.positions, "en", opts);
+    HostPositions positions;
+    walked.result = spvtextfrags_to_speechtext(fragments.first(), &walked.text, &positions, "en", opts);
+    walked.positions = positions.to_vector();
     return walked;
 }
 
