@@ -102,8 +102,9 @@ long live_registry_handles();
 void fail_conversion(long nth);
 void fail_locale(long nth);
 
-// While not empty, this is what GetModuleFileNameW takes for the path of every module.
+// While not empty, this is what GetModuleFileNameW takes for the path of every module. While `fail` is set, it gives 0.
 void set_module_path(const std::u16string& path);
+void fail_module_path(bool fail);
 
 struct StartedProcess {
     std::u16string application;
@@ -113,13 +114,18 @@ struct StartedProcess {
 };
 std::vector<StartedProcess> started_processes();  // since reset()
 
+// While not 0, CreateProcessW starts nothing and fails with this error. While `fail` is set, GetExitCodeProcess fails.
+void fail_process_start(DWORD error);
+void fail_exit_code(bool fail);
+
 // Handles of processes that CloseHandle has not taken back.
 long live_process_handles();
 
 // ---- Windows ----
 
-// GetMessageA gives these first. WM_QUIT stands for the end of the loop.
+// GetMessageA gives these first: 0 for WM_QUIT, below 0 for message_error, above 0 for all others.
 void post_message(UINT message);
+inline constexpr UINT message_error = 0xFFFFFFFF;
 
 // Called with each message that DispatchMessageA gets. An empty function takes it off.
 void set_dispatch_hook(std::function<void(const MSG&)> hook);

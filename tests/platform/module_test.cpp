@@ -91,6 +91,14 @@ TEST(ModuleFileName, cut_path_is_terminated) {
     platform_testing::reset();
 }
 
+TEST(ModuleFileName, fails_on_request) {
+    WCHAR path[2000];
+    platform_testing::fail_module_path(true);
+    EXPECT_EQ(GetModuleFileNameW(nullptr, path, 2000), 0u);
+    platform_testing::reset();
+    EXPECT_NE(GetModuleFileNameW(nullptr, path, 2000), 0u);
+}
+
 TEST(ModuleHandle, address_in_no_module_is_not_found) {
     HMODULE module = nullptr;
     constexpr DWORD by_address = GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT;

@@ -146,6 +146,24 @@ TEST_F(Process, wrong_arguments_and_handles) {
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_HANDLE));
 }
 
+TEST_F(Process, start_fails_on_request) {
+    platform_testing::fail_process_start(123456);
+    EXPECT_EQ(start_error(u"/bin/true"), 123456u);
+    platform_testing::fail_process_start(0);
+    EXPECT_NE(start(u"/bin/true", u"true"), FALSE);
+    close();
+}
+
+TEST_F(Process, exit_code_fails_on_request) {
+    ASSERT_NE(start(u"/bin/true", u"true"), FALSE);
+    WaitForSingleObject(process.hProcess, INFINITE);
+    DWORD code = 5;
+    platform_testing::fail_exit_code(true);
+    EXPECT_EQ(GetExitCodeProcess(process.hProcess, &code), FALSE);
+    EXPECT_EQ(code, 5u);
+    close();
+}
+
 TEST_F(Process, handles_are_counted_until_closed) {
     ASSERT_NE(start(u"/bin/true", u"true"), FALSE);
     EXPECT_EQ(platform_testing::live_process_handles(), 2);

@@ -128,9 +128,8 @@ TEST(WideCharToMultiByte, wrong_arguments_give_zero) {
 }
 
 TEST(WideCharToMultiByte, unknown_flag_is_refused) {
-    expect_refused(ERROR_INVALID_FLAGS, [] {
-        return WideCharToMultiByte(CP_UTF8, 1, NELVA_WIDE("a"), 1, nullptr, 0, nullptr, nullptr);
-    });
+    expect_refused(ERROR_INVALID_FLAGS,
+                   [] { return WideCharToMultiByte(CP_UTF8, 1, NELVA_WIDE("a"), 1, nullptr, 0, nullptr, nullptr); });
 }
 
 TEST(WideCharToMultiByte, strict_flag_refuses_lone_surrogates_only) {

@@ -42,6 +42,12 @@ TEST_F(Window, quit_gives_zero) {
     EXPECT_EQ(GetMessageA(&message, nullptr, 0, 0), 0);
 }
 
+TEST_F(Window, error_gives_less_than_zero) {
+    platform_testing::post_message(platform_testing::message_error);
+    MSG message;
+    EXPECT_LT(GetMessageA(&message, nullptr, 0, 0), 0);
+}
+
 TEST_F(Window, dispatched_messages_reach_the_hook) {
     std::vector<UINT> seen;
     platform_testing::set_dispatch_hook([&](const MSG& message) { seen.push_back(message.message); });

@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
@@ -30,6 +31,7 @@ using platform_native::StandIn;
 
 std::mutex path_mutex;
 std::u16string path_of_all;  // while not empty, the path of every module
+std::atomic<bool> path_fails{false};
 
 std::string program_path() {
     char path[PATH_MAX];
@@ -97,6 +99,7 @@ BOOL GetModuleHandleExW(DWORD flags, LPCWSTR address, HMODULE* module) {
 
 DWORD GetModuleFileNameW(HMODULE module, LPWSTR target, DWORD size) {
     if (target == nullptr || size == 0) return fail(ERROR_INSUFFICIENT_BUFFER, 0u);
+    if (path_fails.load()) return fail(ERROR_MOD_NOT_FOUND, 0u);
     const StandIn guard;
     try {
         const std::u16string path = wide_module_path(module);
@@ -120,7 +123,10 @@ DWORD GetFileAttributesW(LPCWSTR path) {
 
 namespace platform_native {
 
-void reset_module() { platform_testing::set_module_path(u""); }
+void reset_module() {
+    platform_testing::set_module_path(u"");
+    platform_testing::fail_module_path(false);
+}
 
 }  // namespace platform_native
 
@@ -130,5 +136,7 @@ void set_module_path(const std::u16string& path) {
     const std::lock_guard lock(path_mutex);
     path_of_all = path;
 }
+
+void fail_module_path(bool fail) { path_fails.store(fail); }
 
 }  // namespace platform_testing

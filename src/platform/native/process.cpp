@@ -53,6 +53,8 @@ struct State {
     std::set<Handle*> open;
     std::vector<pid_t> abandoned;
     std::vector<StartedProcess> started;
+    DWORD start_error = 0;
+    bool exit_code_fails = false;
 };
 
 State& state() {
@@ -145,6 +147,7 @@ BOOL start(LPCWSTR application, LPCWSTR command_line, DWORD flags, LPPROCESS_INF
     const std::string program = application != nullptr ? narrow(application) : arguments.front();
     if (program.empty()) return fail(ERROR_PATH_NOT_FOUND, FALSE);
     const std::lock_guard lock(state().mutex);
+    if (state().start_error != 0) return fail(static_cast<LONG>(state().start_error), FALSE);
     collect_abandoned();
     state().abandoned.reserve(state().abandoned.size() + state().open.size() + 1);
     state().started.push_back({application != nullptr ? application : u"", line, arguments, flags});
@@ -204,6 +207,7 @@ BOOL GetExitCodeProcess(HANDLE process, LPDWORD exit_code) {
     const std::lock_guard lock(state().mutex);
     Handle* const known = known_handle(process);
     if (known == nullptr || known->is_thread || exit_code == nullptr) return fail(ERROR_INVALID_HANDLE, FALSE);
+    if (state().exit_code_fails) return fail(ERROR_ACCESS_DENIED, FALSE);
     look_at(known);
     *exit_code = known->exit_code;
     return TRUE;
@@ -228,6 +232,8 @@ void reset_process() {
     const StandIn guard;
     const std::lock_guard lock(state().mutex);
     state().started = {};
+    state().start_error = 0;
+    state().exit_code_fails = false;
 }
 
 }  // namespace platform_native
@@ -238,6 +244,16 @@ std::vector<StartedProcess> started_processes() {
     const StandIn guard;
     const std::lock_guard lock(state().mutex);
     return state().started;
+}
+
+void fail_process_start(DWORD error) {
+    const std::lock_guard lock(state().mutex);
+    state().start_error = error;
+}
+
+void fail_exit_code(bool fail) {
+    const std::lock_guard lock(state().mutex);
+    state().exit_code_fails = fail;
 }
 
 long live_process_handles() {

@@ -2,7 +2,7 @@
 // HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER and the key Software\Classes\CLSID in each.
 //
 // Names compare without regard to case (ASCII). A handle remembers the access that it was opened with: reading or
-// writing a value with less gives ERROR_ACCESS_DENIED. HKEY_CLASSES_ROOT is the machine's Software\\Classes.
+// writing a value with less gives ERROR_ACCESS_DENIED. HKEY_CLASSES_ROOT is the machine's Software\Classes.
 // platform/testing.h looks inside, empties it, and denies access.
 
 #ifndef NELVA_PLATFORM_NATIVE_REGISTRY_H

@@ -96,6 +96,7 @@ BOOL GetMessageA(LPMSG message, HWND, UINT, UINT) {
         std::this_thread::sleep_for(tick);
         message->message = WM_TIMER;
     }
+    if (message->message == platform_testing::message_error) return fail(ERROR_INVALID_PARAMETER, -1);
     return message->message != WM_QUIT;
 }
 
