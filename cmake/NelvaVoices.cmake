@@ -1,0 +1,65 @@
+# The voice tokens that go with data/voices, in the form that each build's programs look for:
+#
+#   <build>/share/nelva/voices/*.json   native: the files of data/tokens, next to the data that their paths name
+#   <build>/share/nelva/voices.reg      Windows: the same tokens as keys of the registry, with this build's full paths
+
+set(nelva_token_key "HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Speech\\Voices\\Tokens")
+
+# nelva_registry_text(OUT TEXT): TEXT as it stands between the quotes of a .reg file.
+function(nelva_registry_text out text)
+  string(REPLACE "\\" "\\\\" text "${text}")
+  string(REPLACE "\"" "\\\"" text "${text}")
+  set(${out} "${text}" PARENT_SCOPE)
+endfunction()
+
+# nelva_full_path(OUT PATH): a token's path, which counts from the folder of the token files, as Wine's drive Z: has it.
+function(nelva_full_path out path)
+  cmake_path(ABSOLUTE_PATH path BASE_DIRECTORY "${CMAKE_BINARY_DIR}/share/nelva/voices" NORMALIZE)
+  string(REPLACE "/" "\\" path "Z:${path}")
+  set(${out} "${path}" PARENT_SCOPE)
+endfunction()
+
+# nelva_registry_keys(OUT KEY JSON): a JSON object as the text of a key and its sub-keys.
+function(nelva_registry_keys out key json)
+  set(values "[${key}]\n")
+  set(sub_keys "")
+  string(JSON count LENGTH "${json}")
+  math(EXPR last "${count} - 1")
+  foreach(i RANGE ${last})
+    string(JSON name MEMBER "${json}" ${i})
+    string(JSON type TYPE "${json}" "${name}")
+    string(JSON value GET "${json}" "${name}")
+    if(type STREQUAL "OBJECT")
+      nelva_registry_keys(text "${key}\\${name}" "${value}")
+      string(APPEND sub_keys "${text}")
+      continue()
+    endif()
+    if(name MATCHES "Path$")
+      nelva_full_path(value "${value}")
+    endif()
+    nelva_registry_text(value "${value}")
+    if(name STREQUAL "displayName")
+      string(APPEND values "@=\"${value}\"\n")
+    else()
+      string(APPEND values "\"${name}\"=\"${value}\"\n")
+    endif()
+  endforeach()
+  set(${out} "${values}\n${sub_keys}" PARENT_SCOPE)
+endfunction()
+
+file(GLOB nelva_token_files CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/data/tokens/*.json)
+set(nelva_registry "Windows Registry Editor Version 5.00\n\n")
+foreach(file IN LISTS nelva_token_files)
+  cmake_path(GET file STEM id)
+  if(WIN32)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
+    file(READ ${file} json)
+    nelva_registry_keys(text "${nelva_token_key}\\${id}" "${json}")
+    string(APPEND nelva_registry "${text}")
+  else()
+    configure_file(${file} ${CMAKE_BINARY_DIR}/share/nelva/voices/${id}.json COPYONLY)
+  endif()
+endforeach()
+if(WIN32)
+  file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/share/nelva/voices.reg CONTENT "${nelva_registry}" @ONLY)
+endif()
