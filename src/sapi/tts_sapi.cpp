@@ -1,7 +1,7 @@
 // The object's life: made, queried, counted, set up from a token, deleted.
 #include "sapi/tts_sapi.h"
 
-#include <cstdio>
+#include <cstdlib>
 #include <iterator>
 
 #include "engine/nelva_sapi.h"
@@ -154,8 +154,9 @@ void read_language(ISpDataKey* attributes, VoiceIdentity* voice) {
         log_eventA(EVENTLOG_ERROR_TYPE, EVENT_CATEGORY_SYSTEM, EVENT_DATA_MISSING, "Attributes\\Language");
         return;
     }
-    unsigned int number = 0;
-    if (text && std::sscanf(text, "%x", &number) == 1 && number != 0) {
+    // Not sscanf: that of the Windows compiler's library allocates, and falls over where there is no memory.
+    const auto number = text ? static_cast<DWORD>(std::strtoull(text, nullptr, 16)) : 0;
+    if (number != 0) {
         voice->langid = number;
         voice->language = lang_from_ms_langcode(number);
     }
