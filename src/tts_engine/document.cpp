@@ -68,6 +68,10 @@ Document::Kind Document::kind_of(std::string_view name) {
     return Kind::other;
 }
 
+bool Document::ends_sentence(Kind kind) {
+    return kind == Kind::speak || kind == Kind::paragraph || kind == Kind::sentence;
+}
+
 void Document::start_element(std::string_view name, const MarkupAttributes& attributes) {
     const Kind kind = kind_of(name);
     if (kind == Kind::mark) return add_mark(attributes);
@@ -75,7 +79,7 @@ void Document::start_element(std::string_view name, const MarkupAttributes& attr
     if (kind == Kind::other) return;
     open_.push_back({kind, attributes_, written_pitch_});
     ++open_of_kind_[static_cast<std::size_t>(kind)];
-    if (kind == Kind::paragraph || kind == Kind::sentence) cutter_.end_sentence();
+    if (ends_sentence(kind)) cutter_.end_sentence();
     if (const std::string* language = find(attributes, "xml:lang")) set_language(*language);
     if (kind == Kind::prosody) set_prosody(attributes);
     if (kind == Kind::say_as) set_say_as(attributes);
@@ -85,17 +89,17 @@ void Document::start_element(std::string_view name, const MarkupAttributes& attr
 void Document::end_element(std::string_view name) {
     const Kind kind = kind_of(name);
     if (kind == Kind::other || open_of_kind_[static_cast<std::size_t>(kind)] == 0) return;
-    bool ends_sentence = false;
+    bool ended = false;
     for (bool found = false; !found;) {
         const Open& top = open_.back();
         found = top.kind == kind;
-        ends_sentence |= top.kind == Kind::paragraph || top.kind == Kind::sentence;
+        ended |= ends_sentence(top.kind);
         attributes_ = top.attributes;
         written_pitch_ = top.written_pitch;
         --open_of_kind_[static_cast<std::size_t>(top.kind)];
         open_.pop_back();
     }
-    if (ends_sentence) cutter_.end_sentence();
+    if (ended) cutter_.end_sentence();
     cutter_.set_attributes(attributes_);
 }
 

@@ -1,9 +1,9 @@
 // A document's meaning: elements become attributes of text, marks, pauses and ends of sentences.
 //
-// Elements that are understood: speak, p, s, voice, lang (their xml:lang; p and s also end sentences), prosody (rate,
-// pitch, volume), say-as (spell-out, characters, digits), break, mark. All others are transparent: what stands between
-// their tags is spoken. An end tag closes the innermost open element of its name and with it what is still open inside;
-// one that closes nothing is passed over.
+// Elements that are understood: speak, p, s, voice, lang (their xml:lang; speak, p and s also end sentences), prosody
+// (rate, pitch, volume), say-as (spell-out, characters, digits), break, mark. All others are transparent: what stands
+// between their tags is spoken. An end tag closes the innermost open element of its name and with it what is still open
+// inside; one that closes nothing is passed over.
 //
 // Pitch comes twice for a host's fragment: as a mark "P" with tenths of an octave, which the caller applies to the
 // audio, and as `pitch` of a prosody element, which the document's writer makes for the same change. The second must
@@ -50,6 +50,7 @@ private:
     };
 
     static Kind kind_of(std::string_view name);
+    static bool ends_sentence(Kind kind);
 
     void start_element(std::string_view name, const MarkupAttributes& attributes) override;
     void end_element(std::string_view name) override;

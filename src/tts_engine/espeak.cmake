@@ -22,11 +22,33 @@ set(espeak_internal
     -isystem ${NELVA_ESPEAK_DIR}/src/libespeak-ng -isystem ${NELVA_ESPEAK_DIR}/src/include/compat
     -isystem ${NELVA_ESPEAK_DIR}/src/include -isystem ${NELVA_ESPEAK_DIR}/src/speechPlayer/include
     -isystem ${NELVA_DEPS}/include/espeak-ng-internal)
-set(espeak_flags -std=gnu11 -fwrapv -O2 ${espeak_internal})
+set(espeak_flags -std=gnu11 -fwrapv -O2 -isystem ${CMAKE_BINARY_DIR}/espeak-stepper ${espeak_internal})
 if(NELVA_SANITIZE)
   list(APPEND espeak_flags -fno-sanitize=undefined)
 endif()
 set_source_files_properties(${NELVA_STEPPER} PROPERTIES COMPILE_OPTIONS "${espeak_flags}")
+
+# Some of the generator's state is kept in variables inside its functions, where nothing can reset it: then a sentence
+# would sound a little different after each other sentence. In the copy that is compiled they are gone, and
+# espeak_stepper.c has variables of the same names.
+set(wave_generator ${NELVA_ESPEAK_DIR}/src/libespeak-ng/wavegen.c)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${wave_generator})
+file(READ ${wave_generator} text)
+foreach(name Flutter_ix agc cycle_count h_switch_sign amplitude2 resume echo_complete)
+  string(REGEX REPLACE "\tstatic (int|bool) ${name} = (false|[0-9]+);" "\t" changed "${text}")
+  if(changed STREQUAL text)
+    message(FATAL_ERROR "espeak-ng's wavegen.c has no variable \"${name}\" in a function: espeak_stepper.c fits another version.")
+  endif()
+  set(text "${changed}")
+endforeach()
+set(copy ${CMAKE_BINARY_DIR}/espeak-stepper/wavegen.c)
+set(before)
+if(EXISTS ${copy})
+  file(READ ${copy} before)
+endif()
+if(NOT before STREQUAL text)
+  file(WRITE ${copy} "${text}")
+endif()
 
 if(WIN32)
   target_sources(tts_engine PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/tts_engine/tts_engine.def)

@@ -203,7 +203,7 @@ private:
     void text() {
         std::size_t end = at_;
         const std::size_t limit = std::min(document_.size(), at_ + text_step);
-        while (end < limit && (end == at_ || (document_[end] != '<' && document_[end] != '&'))) {
+        while (end < limit && (end == at_ || !at_text_end(end))) {
             const Decoded decoded = decode_utf8(document_.substr(end));
             if (decoded.code == 0) break;
             end += decoded.length;
@@ -221,6 +221,11 @@ private:
             text();
         }
         return true;
+    }
+
+    bool at_text_end(std::size_t at) const {
+        if (in_cdata_) return document_.substr(at, 3) == "]]>";
+        return document_[at] == '<' || document_[at] == '&';
     }
 
     bool reference() {

@@ -149,9 +149,11 @@ bool Streamer::next_part() {
         end = std::min(end, sentence_.anchors[i].position);
         break;
     }
-    const std::uint16_t language = attributes_at(sentence_, position_).language;
+    // Another language is another voice, and a pitch holds for the whole of what espeak-ng gets at a time.
+    const Attributes& here = attributes_at(sentence_, position_);
     for (const Run& run : sentence_.runs) {
-        if (run.first <= position_ || run.attributes.language == language) continue;
+        const bool same = run.attributes.language == here.language && run.attributes.pitch == here.pitch;
+        if (run.first <= position_ || same) continue;
         end = std::min(end, run.first);
         break;
     }
@@ -175,7 +177,8 @@ void Streamer::start_speech(std::uint32_t end) {
     request.language = espeak_voice_of(attributes.language);
     request.variant = voice_.settings.variant;
     request.rate = utterance_.rate;
-    request.pitch = utterance_.pitch;
+    request.pitch = voice_.settings.pitch;
+    request.pitch_factor = std::clamp(static_cast<double>(attributes.pitch), 0.1, 10.0);
     request.range = voice_.settings.range;
     request.end_pause = utterance_.end_pause;
     generation_.start(std::move(request));

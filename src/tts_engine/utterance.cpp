@@ -10,9 +10,6 @@
 namespace tts {
 namespace {
 
-// espeak-ng's number for a pitch is the exponent in this scale: 50 is 1, 100 is an octave up.
-constexpr int neutral_pitch = 50;
-
 // espeak-ng's embedded commands: a control character, a number, a letter.
 constexpr char command_start = '\x01';
 constexpr int spell_characters = 0x12;
@@ -20,11 +17,6 @@ constexpr int spell_digits = 0x41;
 
 int rate_of(const VoiceSettings& voice, const Attributes& attributes) {
     return static_cast<int>(std::clamp(std::lround(static_cast<float>(voice.rate) * attributes.rate), 80L, 450L));
-}
-
-int pitch_of(const VoiceSettings& voice, const Attributes& attributes) {
-    const float octaves = std::log2(std::max(attributes.pitch, 0.01f));
-    return static_cast<int>(std::clamp(voice.pitch + std::lround(octaves * neutral_pitch), 0L, 99L));
 }
 
 int say_as_of(SayAs say_as) {
@@ -52,13 +44,11 @@ public:
 
     void start_with(const Attributes& attributes, std::uint32_t character) {
         rate_ = utterance_.rate = rate_of(voice_, attributes);
-        pitch_ = utterance_.pitch = pitch_of(voice_, attributes);
         change(attributes, character);
     }
 
     void change(const Attributes& attributes, std::uint32_t character) {
         set(rate_, rate_of(voice_, attributes), 'S', character);
-        set(pitch_, pitch_of(voice_, attributes), 'P', character);
         set(say_as_, say_as_of(attributes.say_as), 'Y', character);
     }
 
@@ -74,7 +64,6 @@ private:
     Utterance& utterance_;
     const VoiceSettings& voice_;
     int rate_ = 0;
-    int pitch_ = 0;
     int say_as_ = 0;
 };
 

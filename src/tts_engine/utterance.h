@@ -14,8 +14,7 @@ namespace tts {
 struct Utterance {
     std::string text;  // plain clauses with espeak-ng's embedded commands; empty if nothing is to be said
     std::vector<std::uint32_t> source;  // for each code point of the text the character of the sentence it comes from
-    int rate = 0;                       // that it starts with, on espeak-ng's scales
-    int pitch = 0;
+    int rate = 0;                       // that it starts with, in words a minute
     bool end_pause = true;
 };
 

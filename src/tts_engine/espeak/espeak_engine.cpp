@@ -243,7 +243,8 @@ void Generation::start(SpeechRequest request) {
     in_work_ = false;
     request_ = std::move(request);
     set_voice(engine, request_.language, request_.variant);
-    const espeak_stepper_settings settings = {request_.rate, request_.pitch, request_.range, request_.end_pause};
+    const espeak_stepper_settings settings = {request_.rate, request_.pitch, request_.range, request_.pitch_factor,
+                                              request_.end_pause};
     if (espeak_stepper_begin(request_.text.c_str(), &settings) != 0)
         throw std::runtime_error("espeak-ng does not take the text");
     in_work_ = true;

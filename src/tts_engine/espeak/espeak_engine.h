@@ -23,6 +23,7 @@ struct SpeechRequest {
     int rate = 175;
     int pitch = 50;
     int range = 50;
+    double pitch_factor = 1;
     bool end_pause = true;
 };
 

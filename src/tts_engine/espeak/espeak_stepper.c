@@ -2,6 +2,15 @@
 
 // The generator reports each word and phoneme with a call of MarkerEvent, which espeak-ng defines for its own callback.
 // Under another name the calls come here. Compiling the file as part of this one also lets its state be reset.
+// espeak.cmake makes the copy that is compiled here: the variables of these names are taken out of its functions, so
+// that the generator uses these instead and they can be reset too.
+static int Flutter_ix;
+static int agc;
+static int cycle_count;
+static int h_switch_sign;
+static int amplitude2;
+static int echo_complete;
+static _Bool resume;
 #define MarkerEvent espeak_stepper_marker
 #include "wavegen.c"
 #undef MarkerEvent
@@ -72,21 +81,11 @@ void espeak_stepper_end(void) {
     espeak_ng_Terminate();
 }
 
-// The generator keeps a running index into its table of pitch flutter inside a function. One step as large as the
-// table carries it past the end, and the function starts again at 0 from there.
-static void reset_flutter(void) {
-    int step = Flutter_inc;
-    Flutter_inc = N_FLUTTER * 64;
-    AdvanceParameters();
-    Flutter_inc = step;
-}
-
 static void reset_wave_generator(void) {
     empty_queue();
     espeak_srand(1);
     memcpy(embedded_value, embedded_default, sizeof embedded_value);
     WavegenSetVoice(voice);
-    reset_flutter();
     memset(&wdata, 0, sizeof wdata);
     wdata.amplitude = 32;
     wdata.amplitude_fmt = 100;
@@ -102,6 +101,9 @@ static void reset_wave_generator(void) {
     hswitch = end_wave = phaseinc = cycle_samples = cbytes = hf_factor = 0;
     amp_ix = amp_inc = 0;
     amplitude_env = NULL;
+    Flutter_ix = cycle_count = h_switch_sign = amplitude2 = echo_complete = 0;
+    resume = 0;
+    agc = 256;
 }
 
 static void apply_settings(const espeak_stepper_settings* settings) {
@@ -110,6 +112,8 @@ static void apply_settings(const espeak_stepper_settings* settings) {
     espeak_ng_SetParameter(espeakPITCH, settings->pitch, 0);
     espeak_ng_SetParameter(espeakRANGE, settings->range, 0);
     general_amplitude = GetAmplitude();
+    wvoice->pitch_base = (int)(wvoice->pitch_base * settings->factor);
+    wvoice->pitch_range = (int)(wvoice->pitch_range * settings->factor);
     SetPitchFormants();
 }
 
@@ -165,8 +169,10 @@ size_t espeak_stepper_fill(int16_t* samples, size_t capacity, espeak_stepper_sin
     plan_due = 0;
     while (out_ptr < out_end && !*done) {
         WavegenFill();
-        // A clause is read only when all of the one before has become sound.
-        if (Generate(phoneme_list, &n_phoneme_list, 1) != 0 || WcmdqUsed() != 0) continue;
+        // A clause is read when all of the one before has become sound, its echo too. Were the echo cut where a buffer
+        // happens to end, a text would sound different for each size of buffers.
+        if (Generate(phoneme_list, &n_phoneme_list, 1) != 0 || WcmdqUsed() != 0 || out_ptr == out_end) continue;
+        echo_complete = 0;
         if (SpeakNextClause(1) == 0)
             *done = 1;
         else

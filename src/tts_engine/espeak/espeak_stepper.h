@@ -46,6 +46,7 @@ typedef struct espeak_stepper_settings {
     int rate;       // words a minute, 80 to 450
     int pitch;      // 0 to 99, 50 is the voice's own
     int range;      // 0 to 99, 50 is the voice's own
+    double factor;  // that all frequencies of the melody are multiplied by, 0.1 to 10
     int end_pause;  // whether the pause that ends a sentence follows the text's last clause
 } espeak_stepper_settings;
 

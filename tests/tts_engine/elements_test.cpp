@@ -1,0 +1,220 @@
+// Elements and attributes: what each does to the sound.
+#include "pitch.h"
+#include "speech.h"
+
+namespace {
+
+const std::string sentence = "This is a sentence of some length, spoken for the clock.";
+
+double seconds_of(const std::string& body) { return speak("<speak>" + body + "</speak>").seconds(); }
+
+double loudness_of(const std::string& body) { return speak("<speak>" + body + "</speak>").loudness(); }
+
+std::string prosody(const std::string& attribute, const std::string& value) {
+    return "<prosody " + attribute + "=\"" + value + "\">" + sentence + "</prosody>";
+}
+
+}  // namespace
+
+TEST(Break, time_is_silence_of_that_length) {
+    const Speech plain = speak("<speak>One. Two.</speak>");
+    const Speech paused = speak("<speak>One. <break time=\"1500ms\"/>Two.</speak>");
+    EXPECT_EQ(paused.samples.size() - plain.samples.size(), 33075u);  // 1.5 s of 22,050
+    EXPECT_TRUE(speak("<speak>One. <break time=\"1.5s\"/>Two.</speak>").samples == paused.samples);
+}
+
+TEST(Break, alone_is_silence) {
+    const Speech speech = speak("<speak version=\"1.0\"><mark name=\"P0\"/><break time=\"250ms\"/></speak>");
+    EXPECT_EQ(speech.samples.size(), 5512u);  // 250 ms of 22,050
+    EXPECT_EQ(speech.loudness(), 0);
+    EXPECT_EQ(speech.visemes(), Texts{"sil"});
+}
+
+TEST(Break, of_nothing_leaves_the_sound) {
+    EXPECT_TRUE(speak("<speak>One. <break time=\"0ms\"/>Two.</speak>").samples ==
+                speak("<speak>One. Two.</speak>").samples);
+}
+
+TEST(Break, strengths_grow) {
+    double before = -1;
+    for (const char* strength : {"none", "x-weak", "weak", "medium", "strong", "x-strong"}) {
+        const double seconds = seconds_of("<break strength=\"" + std::string(strength) + "\"/>");
+        EXPECT_GT(seconds, before) << strength;
+        before = seconds;
+    }
+    EXPECT_EQ(seconds_of("<break/>"), seconds_of("<break strength=\"medium\"/>"));
+}
+
+TEST(Break, inside_a_sentence_parts_it_in_time_only) {
+    const Speech speech = speak("<speak>One two <break time=\"1s\"/>three four.</speak>");
+    EXPECT_EQ(speech.sentences().size(), 1u);
+    EXPECT_EQ(speech.words(), (Texts{"One", "two", "three", "four"}));
+    EXPECT_GT(speech.sample_of("three") - speech.sample_of("two"), 22050u);
+    const std::uint64_t three = speech.sample_of("three");
+    EXPECT_EQ(speech.loudness(three - 11025, three), 0);
+}
+
+TEST(Break, of_days_costs_nothing_until_it_is_heard) {
+    const TestVoice voice;
+    tts_streamer streamer = tts_streamer_start(voice, "<speak><break time=\"4294967295ms\"/>Hi</speak>", -1.0f);
+    for (int i = 0; i < 100; ++i) {
+        tts_wave* wave = tts_streamer_synth(streamer, 2205);
+        ASSERT_NE(wave, nullptr);
+        EXPECT_GT(wave->sample_count, 0u);
+        tts_wave_delete(wave);
+    }
+    tts_streamer_stop(streamer);
+}
+
+TEST(Prosody, rate_changes_the_length) {
+    const double plain = seconds_of(sentence);
+    EXPECT_LT(seconds_of(prosody("rate", "1.40")), 0.85 * plain);
+    EXPECT_GT(seconds_of(prosody("rate", "0.65")), 1.25 * plain);
+    EXPECT_EQ(seconds_of(prosody("rate", "140%")), seconds_of(prosody("rate", "1.40")));
+    EXPECT_EQ(seconds_of(prosody("rate", "+40%")), seconds_of(prosody("rate", "1.40")));
+    EXPECT_EQ(seconds_of(prosody("rate", "default")), plain);
+    EXPECT_EQ(seconds_of(prosody("rate", "1.00")), plain);
+}
+
+TEST(Prosody, rate_without_meaning_is_passed_over) {
+    const double plain = seconds_of(sentence);
+    for (const char* value : {"", "nonsense", "-0.05", "0.00", "nan", "inf", "1e5000", "12px"})
+        EXPECT_EQ(seconds_of(prosody("rate", value)), plain) << value;
+}
+
+TEST(Prosody, rate_inside_a_sentence_holds_for_its_words) {
+    const std::string first = "Here are several words at the usual pace and ";
+    const std::string second = "here are several words at quite another pace";
+    const double mixed = seconds_of(first + "<prosody rate=\"2.00\">" + second + "</prosody>");
+    EXPECT_LT(mixed, 0.85 * seconds_of(first + second));
+    EXPECT_GT(mixed, 1.1 * seconds_of("<prosody rate=\"2.00\">" + first + second + "</prosody>"));
+}
+
+TEST(Prosody, volume_scales_the_samples) {
+    const double plain = loudness_of(sentence);
+    EXPECT_NEAR(loudness_of(prosody("volume", "50")) / plain, 0.5, 0.01);
+    EXPECT_NEAR(loudness_of(prosody("volume", "-6.0dB")) / plain, 0.501, 0.01);  // 10^(-6/20)
+    EXPECT_NEAR(loudness_of(prosody("volume", "default")) / plain, 1, 0.001);
+    EXPECT_EQ(loudness_of(prosody("volume", "silent")), 0);
+    EXPECT_EQ(loudness_of(prosody("volume", "0")), 0);
+}
+
+TEST(Prosody, volume_holds_for_its_words_only) {
+    const Speech speech = speak("<speak>Loud <prosody volume=\"silent\">quiet words here</prosody> loud.</speak>");
+    EXPECT_EQ(speech.words(), (Texts{"Loud", "quiet", "words", "here", "loud"}));
+    EXPECT_EQ(speech.loudness(speech.sample_of("quiet"), speech.sample_of("loud")), 0);
+    EXPECT_GT(speech.loudness(speech.sample_of("loud"), speech.samples.size()), 100);
+}
+
+TEST(Prosody, lead_in_of_two_elements_counts_from_the_default) {
+    const double plain = loudness_of(sentence);
+    const std::string twice = "<prosody volume=\"silent\"><prosody volume=\"default\"><prosody volume=\"-6.0dB\">" +
+                              sentence + "</prosody></prosody></prosody>";
+    EXPECT_NEAR(loudness_of(twice) / plain, 0.501, 0.01);
+}
+
+TEST(Pitch, of_a_hosts_own_prosody_is_heard) {
+    const double plain = pitch_of(speak(document_of(sentence)));
+    EXPECT_NEAR(pitch_of(speak(document_of(prosody("pitch", "+50%")))) / plain, 1.5, 0.1);
+    EXPECT_NEAR(pitch_of(speak(document_of(prosody("pitch", "-25%")))) / plain, 0.75, 0.06);
+    EXPECT_NEAR(pitch_of(speak(document_of(prosody("pitch", "+12st")))) / plain, 2, 0.15);
+    EXPECT_NEAR(pitch_of(speak(document_of(prosody("pitch", "x-high")))) / plain, 1.4, 0.1);
+}
+
+TEST(Pitch, that_a_mark_asks_for_is_not_made_here_a_second_time) {
+    // What the host's side writes for a fragment an octave higher; the caller applies the mark.
+    const Speech marked = speak("<speak version=\"1.0\" xml:lang=\"en\"><mark name=\"P10\"/><prosody pitch=\"+100%\">" +
+                                sentence + "</prosody></speak>");
+    EXPECT_TRUE(marked.samples == speak(document_of(sentence)).samples);
+    EXPECT_EQ(marked.marks(), Texts{"P10"});
+}
+
+TEST(Pitch, of_each_of_several_fragments_is_left_to_its_mark) {
+    // P5, then P-5, then P0: each prosody is written against the default, the one before being closed.
+    const Speech marked = speak(
+        "<speak version=\"1.0\" xml:lang=\"en\"><mark name=\"P5\"/><prosody pitch=\"+41%\">Here is one. <mark "
+        "name=\"P-5\"/></prosody><prosody pitch=\"-29%\" rate=\"1.00\">Here is two. <mark name=\"P0\"/></prosody>Here "
+        "is "
+        "three.</speak>");
+    EXPECT_TRUE(marked.samples == speak(document_of("Here is one. Here is two. Here is three.")).samples);
+    EXPECT_EQ(marked.marks(), (Texts{"P5", "P-5", "P0"}));
+}
+
+TEST(Pitch, of_a_nested_writers_element_may_be_the_default) {
+    // Under an open language element the old prosody stays open, and the change back is written as "default".
+    const Speech marked = speak(
+        "<speak version=\"1.0\" xml:lang=\"en\"><mark name=\"P10\"/><prosody pitch=\"+100%\"><voice "
+        "xml:lang=\"en\">Here is "
+        "one. <mark name=\"P0\"/><prosody pitch=\"default\">Here is two.</prosody></voice></prosody></speak>");
+    EXPECT_TRUE(marked.samples == speak(document_of("Here is one. Here is two.")).samples);
+}
+
+TEST(Pitch, of_both_the_writer_and_the_host_is_heard_once_each) {
+    // The host's own element comes behind the writer's, even with the very same value.
+    const Speech speech = speak(
+        "<speak version=\"1.0\" xml:lang=\"en\"><mark name=\"P10\"/><prosody pitch=\"+100%\"><prosody "
+        "pitch=\"+100%\"><mark name=\"P10\"/>" +
+        sentence + "</prosody></prosody></speak>");
+    EXPECT_NEAR(pitch_of(speech) / pitch_of(speak(document_of(sentence))), 2, 0.15);
+}
+
+TEST(SayAs, spell_out_says_each_letter_and_has_one_word) {
+    const double spoken = seconds_of("information");
+    for (const char* kind : {"spell-out", "characters"}) {
+        const Speech speech =
+            speak("<speak><say-as interpret-as=\"" + std::string(kind) + "\">information</say-as></speak>");
+        EXPECT_EQ(speech.words(), Texts{"information"});
+        EXPECT_GT(speech.seconds(), 2 * spoken);  // eleven names of letters against four syllables
+    }
+}
+
+TEST(SayAs, ends_with_its_element) {
+    const Speech speech = speak("<speak><say-as interpret-as=\"spell-out\">ab</say-as> cabs and ships</speak>");
+    EXPECT_EQ(speech.words(), (Texts{"ab", "cabs", "and", "ships"}));
+    const auto behind = static_cast<double>(speech.samples.size() - speech.sample_of("cabs"));
+    EXPECT_LT(behind / samples_per_second, 1.2 * seconds_of("cabs and ships"));
+}
+
+TEST(SayAs, digits_says_each_digit) {
+    const Speech speech = speak("<speak><say-as interpret-as=\"digits\">20</say-as></speak>");
+    // "two zero" against "twenty"
+    EXPECT_NE(speech.samples, speak("<speak>20</speak>").samples);
+    EXPECT_EQ(speech.words(), Texts{"20"});
+}
+
+TEST(Language, of_an_element_changes_the_voice) {
+    const std::string word = "Information";
+    const Speech english = speak("<speak>" + word + "</speak>");
+    const Speech german = speak("<speak xml:lang=\"en\"><voice xml:lang=\"de\">" + word + "</voice></speak>");
+    EXPECT_NE(german.samples, english.samples);
+    const TestVoice voice("de-22i");
+    EXPECT_TRUE(german.samples == speak(voice, "<speak>" + word + "</speak>").samples);
+    EXPECT_TRUE(speak("<speak xml:lang=\"en\"><lang xml:lang=\"de\">" + word + "</lang></speak>").samples ==
+                german.samples);
+}
+
+TEST(Language, of_the_voice_itself_in_any_spelling_changes_nothing) {
+    const Speech plain = speak("<speak>Colour information</speak>");
+    for (const char* tag : {"en", "EN", "en-US", "en-us"})
+        EXPECT_TRUE(speak("<speak xml:lang=\"" + std::string(tag) + "\">Colour information</speak>").samples ==
+                    plain.samples);
+}
+
+TEST(Language, unknown_ones_keep_the_voice) {
+    const Speech plain = speak("<speak>Hello there.</speak>");
+    for (const char* tag : {"", "xx", "tlh-KX", "!!", "a-b-c-d-e-f-g-h-i-j-k-l-m-n-o-p-q-r-s-t-u-v"})
+        EXPECT_TRUE(speak("<speak xml:lang=\"" + std::string(tag) + "\">Hello there.</speak>").samples == plain.samples)
+            << tag;
+}
+
+TEST(Language, change_inside_a_sentence_keeps_every_word) {
+    const Speech speech =
+        speak("<speak xml:lang=\"en\">She said <lang xml:lang=\"de\">Guten Morgen</lang> and left.</speak>");
+    EXPECT_EQ(speech.words(), (Texts{"She", "said", "Guten", "Morgen", "and", "left"}));
+    EXPECT_EQ(speech.sentences().size(), 1u);
+}
+
+TEST(Elements, unknown_ones_are_transparent) {
+    const Speech plain = speak("<speak>One two three.</speak>");
+    EXPECT_TRUE(speak("<speak>One <x:y z=\"1\">two</x:y> <w role=\"a\">three</w>.</speak>").samples == plain.samples);
+}

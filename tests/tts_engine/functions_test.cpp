@@ -1,0 +1,188 @@
+// The twelve functions: handles, order of calls, messages.
+#include <cstdio>
+#include <fstream>
+#include <string>
+#include <thread>
+
+#include "speech.h"
+
+namespace {
+
+std::string voice_path(const std::string& name = "en-us-22i") { return std::string(TTS_TEST_VOICES) + "/" + name; }
+
+// A voice file in the working folder, for as long as it is needed.
+class VoiceFile {
+public:
+    VoiceFile(std::string name, const std::string& text) : name_(std::move(name)) {
+        std::ofstream(name_, std::ios::binary) << text;
+    }
+    ~VoiceFile() { std::remove(name_.c_str()); }
+    const char* name() const { return name_.c_str(); }
+
+private:
+    std::string name_;
+};
+
+class Library {
+public:
+    Library() : handle_(tts_create()) {}
+    ~Library() { tts_destroy(handle_); }
+    operator tts_handle() const { return handle_; }
+
+private:
+    tts_handle handle_;
+};
+
+// Loads a voice that cannot be loaded and gives the message.
+std::string failure_of(const char* lib_path, const char* vox_path) {
+    const Library library;
+    EXPECT_EQ(tts_load_voice(library, lib_path, vox_path), nullptr);
+    return tts_errmsg();
+}
+
+bool contains(const std::string& text, const std::string& part) { return text.find(part) != std::string::npos; }
+
+}  // namespace
+
+TEST(Functions, null_handles_fail_with_a_message) {
+    EXPECT_EQ(tts_load_voice(nullptr, TTS_TEST_DATA, voice_path().c_str()), nullptr);
+    EXPECT_STRNE(tts_errmsg(), "");
+    EXPECT_EQ(tts_streamer_start(nullptr, "<speak/>", -1.0f), nullptr);
+    EXPECT_STRNE(tts_errmsg(), "");
+    EXPECT_EQ(tts_streamer_synth(nullptr, 2205), nullptr);
+    EXPECT_STRNE(tts_errmsg(), "");
+    EXPECT_NE(tts_streamer_jump(nullptr, 1), 0);
+    EXPECT_NE(tts_streamer_stop(nullptr), 0);
+    EXPECT_NE(tts_dict_load(nullptr, "lexicon"), 0);
+    EXPECT_STRNE(tts_errmsg(), "");
+}
+
+TEST(Functions, null_handles_are_given_back_without_harm) {
+    tts_destroy(nullptr);
+    tts_unload_voice(nullptr);
+    tts_dict_cleanup(nullptr);
+    tts_wave_delete(nullptr);
+}
+
+TEST(Functions, null_strings_fail_with_a_message) {
+    const TestVoice voice;
+    const Library library;
+    EXPECT_EQ(tts_load_voice(library, nullptr, voice_path().c_str()), nullptr);
+    EXPECT_EQ(tts_load_voice(library, TTS_TEST_DATA, nullptr), nullptr);
+    EXPECT_EQ(tts_streamer_start(voice, nullptr, -1.0f), nullptr);
+    EXPECT_STRNE(tts_errmsg(), "");
+}
+
+TEST(Functions, what_was_given_back_is_no_handle_any_more) {
+    const Library library;
+    tts_voice voice = tts_load_voice(library, TTS_TEST_DATA, voice_path().c_str());
+    ASSERT_NE(voice, nullptr);
+    tts_unload_voice(voice);
+    tts_unload_voice(voice);
+    EXPECT_EQ(tts_streamer_start(voice, "<speak>Hi</speak>", -1.0f), nullptr);
+    EXPECT_STRNE(tts_errmsg(), "");
+}
+
+TEST(Functions, streamer_outlives_voice_and_library) {
+    tts_handle library = tts_create();
+    tts_voice voice = tts_load_voice(library, TTS_TEST_DATA, voice_path().c_str());
+    const std::string document = "<speak>Hello there.</speak>";
+    tts_streamer streamer = tts_streamer_start(voice, document.c_str(), -1.0f);
+    tts_unload_voice(voice);
+    tts_destroy(library);
+    Speech speech;
+    hear_rest(speech, streamer, document);
+    EXPECT_EQ(speech.words(), (Texts{"Hello", "there"}));
+    EXPECT_EQ(tts_streamer_stop(streamer), 0);
+    EXPECT_NE(tts_streamer_stop(streamer), 0);
+}
+
+TEST(Functions, library_starts_again_after_its_end) {
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(speak("<speak>Hello.</speak>").words(), Texts{"Hello"});
+}
+
+TEST(Functions, streamer_may_be_dropped_at_any_time) {
+    const TestVoice voice;
+    const Speech alone = speak(voice, "<speak>A second sentence.</speak>");
+    for (int records = 0; records < 8; ++records) {
+        tts_streamer streamer = tts_streamer_start(voice, "<speak>The first of them, a longer one.</speak>", -1.0f);
+        for (int i = 0; i < records; ++i) tts_wave_delete(tts_streamer_synth(streamer, 2205));
+        EXPECT_EQ(tts_streamer_stop(streamer), 0);
+        EXPECT_EQ(speak(voice, "<speak>A second sentence.</speak>"), alone) << "after " << records << " records";
+    }
+}
+
+TEST(Functions, records_outlive_their_streamer) {
+    const TestVoice voice;
+    tts_streamer streamer = tts_streamer_start(voice, "<speak><mark name=\"Bx\"/>Hi</speak>", -1.0f);
+    tts_wave* wave = tts_streamer_synth(streamer, 2205);
+    ASSERT_NE(wave, nullptr);
+    tts_streamer_stop(streamer);
+    ASSERT_GT(wave->event_count, 0u);
+    EXPECT_STREQ(wave->events[0].label, "Bx");
+    tts_wave_delete(wave);
+}
+
+TEST(Functions, lexicon_is_refused_with_a_message) {
+    const TestVoice voice;
+    EXPECT_NE(tts_dict_load(voice, "no-such-file.pls"), 0);
+    EXPECT_TRUE(contains(tts_errmsg(), "no-such-file.pls"));
+    EXPECT_EQ(speak(voice, "<speak>Hello.</speak>").words(), Texts{"Hello"});
+}
+
+TEST(Functions, message_belongs_to_its_thread) {
+    EXPECT_EQ(tts_streamer_synth(nullptr, 1), nullptr);
+    const std::string here = tts_errmsg();
+    std::string there = "unset";
+    std::thread([&there] { there = tts_errmsg(); }).join();
+    EXPECT_NE(here, "");
+    EXPECT_EQ(there, "");
+    EXPECT_EQ(tts_errmsg(), here);
+}
+
+TEST(LoadVoice, data_missing_is_told) {
+    EXPECT_TRUE(contains(failure_of("no/such/folder", voice_path().c_str()), "no/such/folder"));
+}
+
+TEST(LoadVoice, data_may_be_named_by_the_folder_that_holds_it) {
+    const Library library;
+    const std::string above = std::string(TTS_TEST_DATA) + "/..";
+    tts_voice voice = tts_load_voice(library, above.c_str(), voice_path().c_str());
+    EXPECT_NE(voice, nullptr) << tts_errmsg();
+    tts_unload_voice(voice);
+}
+
+TEST(LoadVoice, file_missing_is_told) {
+    EXPECT_TRUE(contains(failure_of(TTS_TEST_DATA, "no-such-voice-22i"), "no-such-voice-22i"));
+}
+
+TEST(LoadVoice, wrong_line_is_told_with_file_and_line) {
+    const VoiceFile file("wrong-22i", "language = en-us\n\nrate = fast\n");
+    EXPECT_TRUE(contains(failure_of(TTS_TEST_DATA, file.name()), "wrong-22i:3: "));
+}
+
+TEST(LoadVoice, unknown_language_and_variant_are_told) {
+    const VoiceFile language("klingon-22i", "language = xx-none\n");
+    EXPECT_TRUE(contains(failure_of(TTS_TEST_DATA, language.name()), "xx-none"));
+    const VoiceFile variant("variant-22i", "language = en-us\nvariant = nobody\n");
+    EXPECT_TRUE(contains(failure_of(TTS_TEST_DATA, variant.name()), "nobody"));
+}
+
+TEST(LoadVoice, other_rates_are_refused_not_faked) {
+    const VoiceFile wide("voice-16i-mf", "language = en-us\n");
+    EXPECT_TRUE(contains(failure_of(TTS_TEST_DATA, wide.name()), "22,050"));
+    const VoiceFile narrow("voice-8v", "language = en-us\n");
+    EXPECT_TRUE(contains(failure_of(TTS_TEST_DATA, narrow.name()), "22,050"));
+    const VoiceFile none("voice", "language = en-us\n");
+    EXPECT_TRUE(contains(failure_of(TTS_TEST_DATA, none.name()), "22i"));
+}
+
+TEST(LoadVoice, settings_are_heard) {
+    const VoiceFile fast("fast-22i", "language = en-us\nrate = 350\n");
+    const Library library;
+    tts_voice voice = tts_load_voice(library, TTS_TEST_DATA, fast.name());
+    ASSERT_NE(voice, nullptr) << tts_errmsg();
+    const std::string document = "<speak>This is a sentence of some length, spoken twice.</speak>";
+    EXPECT_LT(speak(voice, document).seconds(), 0.7 * speak(document).seconds());
+    tts_unload_voice(voice);
+}

@@ -1,0 +1,131 @@
+// Jumps by sentences.
+#include <limits>
+
+#include "speech.h"
+
+namespace {
+
+const std::string document =
+    "<speak version=\"1.0\" xml:lang=\"en\"><mark name=\"P0\"/>First one here. Second one here. Third one here. Fourth "
+    "one "
+    "here.</speak>";
+
+// Speaks until a word begins, jumps, and hears the rest.
+Speech jump_at(const std::string& text, const std::string& word, std::int32_t count, std::int32_t expected = 0) {
+    const TestVoice voice;
+    tts_streamer streamer = tts_streamer_start(voice, text.c_str(), -1.0f);
+    Speech before;
+    while (before.words().empty() || before.sample_of(word) == ~std::uint64_t{0}) {
+        tts_wave* wave = tts_streamer_synth(streamer, 2205);
+        if (wave == nullptr) break;
+        take_record(before, *wave, text, 2205);
+        tts_wave_delete(wave);
+    }
+    EXPECT_EQ(tts_streamer_jump(streamer, count), expected);
+    Speech after;
+    hear_rest(after, streamer, text);
+    tts_streamer_stop(streamer);
+    return after;
+}
+
+Texts sentences_after(const std::string& word, std::int32_t count) {
+    return jump_at(document, word, count).sentences();
+}
+
+}  // namespace
+
+TEST(Jump, forward) {
+    EXPECT_EQ(sentences_after("First", 1), (Texts{"Second one here.", "Third one here.", "Fourth one here."}));
+    EXPECT_EQ(sentences_after("First", 2), (Texts{"Third one here.", "Fourth one here."}));
+}
+
+TEST(Jump, back) {
+    EXPECT_EQ(sentences_after("Third", -1), (Texts{"Second one here.", "Third one here.", "Fourth one here."}));
+    EXPECT_EQ(sentences_after("Third", -2).size(), 4u);
+}
+
+TEST(Jump, nought_starts_the_sentence_again) {
+    EXPECT_EQ(sentences_after("Second", 0), (Texts{"Second one here.", "Third one here.", "Fourth one here."}));
+}
+
+TEST(Jump, stops_at_both_ends) {
+    EXPECT_EQ(sentences_after("Second", 100), Texts{"Fourth one here."});
+    EXPECT_EQ(sentences_after("Second", -100).size(), 4u);
+    EXPECT_EQ(sentences_after("Second", std::numeric_limits<std::int32_t>::max()), Texts{"Fourth one here."});
+    EXPECT_EQ(sentences_after("Second", std::numeric_limits<std::int32_t>::min()).size(), 4u);
+}
+
+TEST(Jump, before_the_first_record_counts_from_the_first_sentence) {
+    const TestVoice voice;
+    tts_streamer streamer = tts_streamer_start(voice, document.c_str(), -1.0f);
+    EXPECT_EQ(tts_streamer_jump(streamer, 2), 0);
+    Speech speech;
+    hear_rest(speech, streamer, document);
+    tts_streamer_stop(streamer);
+    EXPECT_EQ(speech.words(), (Texts{"Third", "one", "here", "Fourth", "one", "here"}));
+}
+
+TEST(Jump, behind_the_end_speaks_again) {
+    const TestVoice voice;
+    tts_streamer streamer = tts_streamer_start(voice, document.c_str(), -1.0f);
+    Speech all;
+    hear_rest(all, streamer, document);
+    EXPECT_EQ(tts_streamer_jump(streamer, -1), 0);
+    Speech again;
+    hear_rest(again, streamer, document);
+    tts_streamer_stop(streamer);
+    EXPECT_EQ(again.sentences(), (Texts{"Third one here.", "Fourth one here."}));
+}
+
+TEST(Jump, fails_in_a_document_without_a_sentence) {
+    const TestVoice voice;
+    tts_streamer streamer = tts_streamer_start(voice, "<speak><break/></speak>", -1.0f);
+    EXPECT_NE(tts_streamer_jump(streamer, 1), 0);
+    EXPECT_STRNE(tts_errmsg(), "");
+    tts_streamer_stop(streamer);
+}
+
+TEST(Jump, goal_sounds_as_if_spoken_from_the_start) {
+    const Speech whole = speak(document);
+    const Speech jumped = jump_at(document, "First", 2);
+    const std::size_t from = whole.samples.size() - jumped.samples.size();
+    EXPECT_TRUE(
+        std::equal(jumped.samples.begin(), jumped.samples.end(), whole.samples.begin() + static_cast<long>(from)));
+}
+
+TEST(Jump, attributes_hold_at_the_goal) {
+    const std::string text =
+        "<speak xml:lang=\"en\">First here. <prosody rate=\"2.00\">Second here. <lang xml:lang=\"de\">Zweitens hier. "
+        "Drittens "
+        "hier.</lang></prosody> Last here.</speak>";
+    const Speech whole = speak(text);
+    const Speech jumped = jump_at(text, "First", 3);
+    EXPECT_EQ(jumped.sentences(), (Texts{"Drittens hier.", "Last here."}));
+    const std::size_t from = whole.samples.size() - jumped.samples.size();
+    EXPECT_TRUE(
+        std::equal(jumped.samples.begin(), jumped.samples.end(), whole.samples.begin() + static_cast<long>(from)));
+}
+
+TEST(Jump, pitch_mark_that_was_passed_over_is_given) {
+    const std::string text =
+        "<speak xml:lang=\"en\"><mark name=\"P0\"/>First here. <mark name=\"P7\"/><prosody pitch=\"+62%\">Second here. "
+        "Third "
+        "here.</prosody></speak>";
+    EXPECT_EQ(jump_at(text, "First", 2).marks(), Texts{"P7"});
+    // Back before it, the pitch is the one of the first mark again.
+    EXPECT_EQ(jump_at(text, "Third", -2).marks(), (Texts{"P0", "P7"}));
+}
+
+TEST(Jump, many_times_does_no_harm) {
+    const TestVoice voice;
+    tts_streamer streamer = tts_streamer_start(voice, document.c_str(), -1.0f);
+    for (std::int32_t i = 0; i < 60; ++i) {
+        tts_wave_delete(tts_streamer_synth(streamer, 2205));
+        EXPECT_EQ(tts_streamer_jump(streamer, i * 7 % 9 - 4), 0);
+    }
+    EXPECT_EQ(tts_streamer_jump(streamer, -1000), 0);
+    Speech speech;
+    hear_rest(speech, streamer, document);
+    tts_streamer_stop(streamer);
+    EXPECT_EQ(speech.sentences().size(), 4u);
+}
