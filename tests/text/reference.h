@@ -57,7 +57,7 @@ inline std::string clean(const std::string& text, std::size_t* removed) {
             ++*removed;
             place = start + 1;
         } else {
-            result += text.substr(start, place - start);
+            result.append(text, start, place - start);
         }
     }
     return result;
@@ -77,7 +77,7 @@ inline std::string decompose(const std::string& text) {
             result += encode(0x1100 + s / 588) + encode(0x1161 + (s - t) % 588 / 28);
             if (t != 0) result += encode(0x11A7 + t);
         } else {
-            result += text.substr(start, place - start);
+            result.append(text, start, place - start);
         }
     }
     return result;
