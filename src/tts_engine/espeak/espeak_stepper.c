@@ -84,11 +84,10 @@ void espeak_stepper_end(void) {
 static void reset_wave_generator(void) {
     empty_queue();
     espeak_srand(1);
-    memcpy(embedded_value, embedded_default, sizeof embedded_value);
-    WavegenSetVoice(voice);
     memset(&wdata, 0, sizeof wdata);
     wdata.amplitude = 32;
     wdata.amplitude_fmt = 100;
+    InitBreath();
     memset(peaks, 0, sizeof peaks);
     memset(peak_harmonic, 0, sizeof peak_harmonic);
     memset(peak_height, 0, sizeof peak_height);
@@ -106,15 +105,16 @@ static void reset_wave_generator(void) {
     agc = 256;
 }
 
+// The voice comes last: its echo lowers the volume that the parameter sets.
 static void apply_settings(const espeak_stepper_settings* settings) {
+    memcpy(embedded_value, embedded_default, sizeof embedded_value);
     espeak_ng_SetParameter(espeakRATE, settings->rate, 0);
     espeak_ng_SetParameter(espeakVOLUME, 100, 0);
     espeak_ng_SetParameter(espeakPITCH, settings->pitch, 0);
     espeak_ng_SetParameter(espeakRANGE, settings->range, 0);
-    general_amplitude = GetAmplitude();
+    WavegenSetVoice(voice);
     wvoice->pitch_base = (int)(wvoice->pitch_base * settings->factor);
     wvoice->pitch_range = (int)(wvoice->pitch_range * settings->factor);
-    SetPitchFormants();
 }
 
 // Tells of the clause that was read last.
