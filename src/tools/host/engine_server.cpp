@@ -38,7 +38,8 @@ EngineServer::EngineServer(const std::string& module_path) {
     throw HostError("cannot load the engine: " + reason, hresult_from_win32(ERROR_MOD_NOT_FOUND));
 }
 
-EngineServer::~EngineServer() { dlclose(module_); }
+// The module stays in memory up to the end of the process, as COM too keeps a server that was in use.
+EngineServer::~EngineServer() = default;
 
 ComPtr<ISpTTSEngine> EngineServer::create(const CLSID& class_id) {
     using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID class_id, REFIID iid, void** out);
