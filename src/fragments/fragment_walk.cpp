@@ -12,6 +12,7 @@
 #include "fragments/fragment_attrs.h"
 #include "fragments/host_positions.h"
 #include "fragments/utf16_text.h"
+#include "fragments/word_marks.h"
 #include "speechtext/speechtext.h"
 
 namespace {
@@ -76,10 +77,14 @@ class FragmentWalk {
 public:
     FragmentWalk(const spvtextfrags_to_ssml_opts& opts, const char* language, Speechtext* text,
                  HostPositions* positions)
-        : opts_(opts), language_(language == nullptr ? "" : language), text_(text), positions_(positions) {}
+        : opts_(opts),
+          language_(language == nullptr ? "" : language),
+          text_(text),
+          positions_(positions),
+          scan_(opts) {}
 
     void take(const SPVTEXTFRAG& fragment, const SPVTEXTFRAG* previous);
-    void end() { positions_->set_end(host_end_); }
+    void end();
 
 private:
     void add_pitch_mark(const SPVTEXTFRAG& fragment, const SPVTEXTFRAG* previous);
@@ -87,6 +92,7 @@ private:
     void take_silence(ULONG milliseconds);
     void take_bookmark(const SPVTEXTFRAG& fragment);
     void take_text(const SPVTEXTFRAG& fragment);
+    void scan_text(const SPVTEXTFRAG& fragment);
     void take_raw(const SPVTEXTFRAG& fragment);
 
     const spvtextfrags_to_ssml_opts& opts_;
@@ -94,6 +100,7 @@ private:
     Speechtext* const text_;
     HostPositions* const positions_;
 
+    WordMarkScan scan_;
     SpeechtextTextAttrs fragment_attrs_;  // keeps its fields from one fragment to the next
     SpeechtextMark pitch_mark_{0, std::string()};
     unsigned int next_mark_instance_ = 1;
@@ -155,10 +162,27 @@ void FragmentWalk::take_bookmark(const SPVTEXTFRAG& fragment) {
 }
 
 void FragmentWalk::take_text(const SPVTEXTFRAG& fragment) {
-    if (has_text(fragment)) {
+    if (has_text(fragment) && scan_.is_on()) {
+        scan_text(fragment);
+    } else if (has_text(fragment)) {
         append_utf16(fragment.pTextStart, fragment.ulTextLen, fragment.ulTextSrcOffset, text_, positions_);
     }
     host_end_ = fragment.ulTextSrcOffset + fragment.ulTextLen;
+}
+
+// Character by character, as the scan has to know at which byte each begins. One for which the platform gives no bytes
+// counts as a single unit.
+void FragmentWalk::scan_text(const SPVTEXTFRAG& fragment) {
+    std::size_t i = 0;
+    while (i < fragment.ulTextLen) {
+        const WCHAR* character = fragment.pTextStart + i;
+        const std::size_t length = utf16_character_length(character, fragment.ulTextLen - i);
+        const std::uint16_t class_unit = character_class_unit(character, length);
+        const std::uint32_t position = fragment.ulTextSrcOffset + static_cast<std::uint32_t>(i);
+        scan_.before_character(class_unit, position, text_->size());
+        i += append_character(character, length, position, text_, positions_);
+        scan_.after_character(class_unit);
+    }
 }
 
 // Markup up to the last ">", ordinary text behind it. The markup's bytes have no positions; those of the text behind
@@ -178,6 +202,12 @@ void FragmentWalk::take_raw(const SPVTEXTFRAG& fragment) {
     if (tail == 0) return;
     append_bytes(text_, bytes.data() + markup, tail);
     positions_->add_bytes(fragment.ulTextSrcOffset, tail);
+}
+
+void FragmentWalk::end() {
+    scan_.close(host_end_);
+    positions_->set_end(host_end_);
+    scan_.insert_marks(text_, &next_mark_instance_);
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
 // The driver that joins the fragment walk, the SSML writer and the position map, and the one place where the
 // library's exceptions end.
 //
-// Memory is what it takes care of: the rich text goes as soon as the document stands, and the map is built where the
-// caller will own it.
+// Memory is what it takes care of: the rich text goes as soon as the document stands, the document as soon as it is
+// copied, and the map is built where the caller will own it.
 
 #include "fragments/spvtextfrags_to_ssml.h"
 
@@ -48,14 +48,15 @@ Document convert(const SPVTEXTFRAG* fragments, const char* language) {
 }
 
 HRESULT hand_over(const SPVTEXTFRAG* fragments, char** ssml, std::uint32_t** posmap, const char* language) {
-    const Document document = convert(fragments, language);
+    Document document = convert(fragments, language);
     if (FAILED(document.result)) return document.result;
 
     const std::size_t size = document.ssml.size();
     malloc_ptr<char> ssml_block = allocate<char>(size + 1);
-    malloc_ptr<std::uint32_t> map_block = allocate<std::uint32_t>(size + 1);
     std::memcpy(ssml_block.get(), document.ssml.c_str(), size + 1);
-    fill_ssml_sapi_posmap(map_block.get(), document.ssml, document.positions);
+    std::string().swap(document.ssml);
+    malloc_ptr<std::uint32_t> map_block = allocate<std::uint32_t>(size + 1);
+    fill_ssml_sapi_posmap(map_block.get(), {ssml_block.get(), size}, document.positions);
 
     *ssml = ssml_block.release();
     *posmap = map_block.release();

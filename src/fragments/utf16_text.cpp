@@ -20,6 +20,8 @@
 
 namespace {
 
+// Room for what the platform's conversion gives for one character, with some to spare.
+constexpr std::size_t character_bytes = 10;
 constexpr std::size_t block_units = 4096;
 // No character takes more than 3 bytes a unit; a lone one may take what the platform likes.
 constexpr std::size_t block_bytes = 3 * block_units + character_bytes;
@@ -60,6 +62,25 @@ std::size_t narrow_ascii(const WCHAR* units, std::size_t count, char* bytes) {
 #endif
     for (; i < count && is_ascii(units[i]); ++i) bytes[i] = static_cast<char>(units[i]);
     return i;
+}
+
+// Gives 0 where the platform gives no bytes. `target` has room for character_bytes.
+std::size_t convert_character(const WCHAR* units, std::size_t length, char* target) {
+    const int size = WideCharToMultiByte(CP_UTF8, 0, units, static_cast<int>(length), target,
+                                         static_cast<int>(character_bytes), nullptr, nullptr);
+    return size > 0 ? static_cast<std::size_t>(size) : 0;
+}
+
+// `size` is what the character of `length` units was converted to. Gives the units that are done with it.
+std::size_t add_position_of_character(std::size_t length, std::size_t size, std::uint32_t position,
+                                      HostPositions* positions) {
+    if (size == 0) return 1;
+    if (size == 4 ? length == 2 : size < 4 && length == 1) {
+        positions->add_characters(position, 1, static_cast<unsigned int>(size));
+    } else {
+        positions->add_bytes(position, size);
+    }
+    return length;
 }
 
 class BlockConverter {
@@ -129,9 +150,9 @@ Stretch add_positions_of_run(const WCHAR* units, std::size_t count, std::uint32_
 // Gives 0, with nothing written, at a lone surrogate. The same when the platform's answer is not as long as UTF-8 has
 // it; then all that follows goes character by character.
 std::size_t BlockConverter::take_run(const WCHAR* units, std::size_t count, std::uint32_t position) {
+    if (is_surrogate(*units) && utf16_character_length(units, count) == 1) return 0;
     const HostPositions::Savepoint before = positions_->save();
     const Stretch run = add_positions_of_run(units, count, position, positions_);
-    if (run.units == 0) return 0;
     const int size = static_cast<int>(run.bytes);
     const int converted =
         WideCharToMultiByte(CP_UTF8, 0, units, static_cast<int>(run.units), bytes_ + size_, size, nullptr, nullptr);
@@ -145,19 +166,11 @@ std::size_t BlockConverter::take_run(const WCHAR* units, std::size_t count, std:
 }
 
 std::size_t BlockConverter::take_character(const WCHAR* units, std::size_t count, std::uint32_t position) {
-    char bytes[character_bytes];
+    if (size_ > block_bytes - character_bytes - 3 * (count - 1)) flush();
     const std::size_t length = utf16_character_length(units, count);
-    const std::size_t size = convert_character(units, length, bytes);
-    if (size == 0) return 1;
-    if (size_ + size > block_bytes - 3 * (count - 1)) flush();
-    std::copy_n(bytes, size, bytes_ + size_);
+    const std::size_t size = convert_character(units, length, bytes_ + size_);
     size_ += size;
-    if (size == 4 ? length == 2 : size < 4 && length == 1) {
-        positions_->add_characters(position, 1, static_cast<unsigned int>(size));
-    } else {
-        positions_->add_bytes(position, size);
-    }
-    return length;
+    return add_position_of_character(length, size, position, positions_);
 }
 
 void BlockConverter::flush() {
@@ -183,12 +196,6 @@ std::size_t utf16_character_length(const WCHAR* units, std::size_t remaining) {
     return remaining >= 2 && is_high_surrogate(units[0]) && is_low_surrogate(units[1]) ? 2 : 1;
 }
 
-std::size_t convert_character(const WCHAR* units, std::size_t length, char (&target)[character_bytes]) {
-    const int size = WideCharToMultiByte(CP_UTF8, 0, units, static_cast<int>(length), target,
-                                         static_cast<int>(character_bytes), nullptr, nullptr);
-    return size > 0 ? static_cast<std::size_t>(size) : 0;
-}
-
 std::size_t utf8_size_bound(const WCHAR* units, std::size_t count) {
     std::size_t bound = count;
     while (count > 0) {
@@ -210,6 +217,14 @@ void throw_too_long() { throw std::length_error("text of 2 GiB or more"); }
 void append_bytes(Speechtext* text, const char* bytes, std::size_t size) {
     if (size > static_cast<std::size_t>(INT_MAX) - text->size()) throw_too_long();
     text->append(bytes, size);
+}
+
+std::size_t append_character(const WCHAR* units, std::size_t length, std::uint32_t position, Speechtext* text,
+                             HostPositions* positions) {
+    char bytes[character_bytes];
+    const std::size_t size = convert_character(units, length, bytes);
+    append_bytes(text, bytes, size);
+    return add_position_of_character(length, size, position, positions);
 }
 
 void append_utf16(const WCHAR* units, std::size_t count, std::uint32_t first_position, Speechtext* text,

@@ -11,14 +11,8 @@
 class HostPositions;
 class Speechtext;
 
-// The most bytes that the platform's conversion gives for one character, with room to spare.
-constexpr std::size_t character_bytes = 10;
-
 // The units of the character at `units`, of which `remaining` (at least 1) are left: 2 for a surrogate pair, else 1.
 std::size_t utf16_character_length(const WCHAR* units, std::size_t remaining);
-
-// Converts one character alone, by the platform's own answer for it; gives 0 where the platform gives no bytes.
-std::size_t convert_character(const WCHAR* units, std::size_t length, char (&target)[character_bytes]);
 
 // An upper bound of the bytes that `units` convert to, tight but for surrogates.
 std::size_t utf8_size_bound(const WCHAR* units, std::size_t count);
@@ -28,6 +22,12 @@ std::size_t utf8_size_bound(const WCHAR* units, std::size_t count);
 
 // Appends `size` bytes to *text. Throws std::length_error when the text would no longer fit into signed 32 bits.
 void append_bytes(Speechtext* text, const char* bytes, std::size_t size);
+
+// Appends one character of `length` units, by the platform's own answer for it, and to *positions `position` for each
+// of its bytes. Gives the units that are done: `length`, or 1 where the platform gives no bytes and nothing is
+// appended.
+std::size_t append_character(const WCHAR* units, std::size_t length, std::uint32_t position, Speechtext* text,
+                             HostPositions* positions);
 
 // Appends `count` units to *text as UTF-8 and to *positions the position of each byte's character, where that of
 // the first unit is `first_position`. The result is that of converting each character alone:
