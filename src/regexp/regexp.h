@@ -194,6 +194,43 @@ public:
     static int countall(const char* pattern, const char* text, const RE_Options& options);
     static int countall(const std::string& pattern, const std::string& text, const RE_Options& options);
 
+    // Replace each match, or the span of group 1 in each match, by the value of the replacement string (its language is
+    // told in regexp/replacer.h). True if there was one. The text changes at the end only: not if
+    // invalid_regexp_replacement is thrown, for a pattern that does not compile or a bad replacement string. A text
+    // that is not valid UTF-8 has no match; a match in which more than 15 groups take part ends the search, as does
+    // what PCRE cannot match within its limits.
+    //
+    // Behind a match without length the search looks for one with length at the same place, then moves on by one
+    // character: "a*" to "-" makes "-b--" of "baaa". sub1 goes on behind group 1, not behind the match. Where that
+    // would make the same edit again, which it would do for ever, the search moves on by one character instead. A group
+    // 1 that took no part, or that the pattern does not have, puts the new bytes at the very front of the text, and the
+    // search ends.
+    //
+    // Of a Speechtext, options say whether marks and breaks inside a replaced range survive, see do_replacements().
+    static bool sub(const std::string& pattern, const std::string& rewrite, std::string* str,
+                    const RE_Options& options);
+    static bool sub(const std::string& pattern, const std::string& rewrite, Speechtext* text,
+                    const RE_Options& options);
+    static bool sub1(const std::string& pattern, const std::string& rewrite, std::string* str,
+                     const RE_Options& options);
+    static bool sub1(const std::string& pattern, const std::string& rewrite, Speechtext* text,
+                     const RE_Options& options);
+    // The same for the span of any group (0 is the match). One of str and text is null; with both null there is nothing
+    // to do, and the result is false. If both are given, text is rewritten.
+    static bool substitute_match(const std::string& pattern, int group, const std::string& rewrite, std::string* str,
+                                 Speechtext* text, const RE_Options& options);
+
+    // The text with token roles over the groups of all matches: roles are separated by "|", the i-th is for group i, at
+    // most 6. A group that carries a role somewhere already keeps all it has, unless force. A group that took no part
+    // gets none. A "|" at the very end asks for one group more, which gets none. With more roles than the pattern has
+    // groups nothing matches. Throws invalid_regexp_replacement for more than 6 roles, std::logic_error for text
+    // without text attributes (see do_setroles() in regexp/replacer.h).
+    //
+    // DOES NOT RETURN if the pattern comes to match without any length, see countall().
+    static Speechtext setrole(RE& re, const Speechtext& text, const std::string& roles, bool force);
+    static Speechtext setrole(const std::string& pattern, const Speechtext& text, const std::string& roles, bool force,
+                              const RE_Options& options);
+
     // A pattern that matches the text literally: a backslash stands in front of every ASCII byte but letters, digits,
     // underscore and blank; NUL becomes "\0"; other bytes stay, so that UTF-8 sequences stay whole.
     static std::string QuoteMeta(const std::string& text);

@@ -90,7 +90,7 @@ TEST(Match_as_speechtext, without_iterator_carries_the_record_in_force) {
 
 TEST(Match_as_speechtext, without_iterator_an_audio_insert_in_front_comes_along) {
     const Speechtext text = rich() << with_audio("en") << "ab" << lang("de") << "cd";
-    EXPECT_EQ(shown(piece(text, 2, 2).as_speechtext()), "cd en@0 de@0");
+    EXPECT_EQ(shown(piece(text, 2, 2).as_speechtext()), "cd en#1@0 de@0");
 }
 
 TEST(Match_as_speechtext, without_iterator_a_piece_in_front_of_all_records_has_none) {

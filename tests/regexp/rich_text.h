@@ -3,8 +3,8 @@
 //     rich() << lang("en") << "ab" << mark("m") << "cd"
 //
 // shown() gives "abcd en@0 <m>@2": the text, then each record with its position. A text attribute record shows as its
-// language, with "!" behind it if it is raw and its role in braces; a mark as <id>, with "?" behind the id if it is
-// invisible; a break as ~strength.
+// language, with "!" behind it if it is raw, its role in braces and "#" with the number of an audio insert; a mark as
+// <id>, with "?" behind the id if it is invisible; a break as ~strength.
 #pragma once
 
 #include <string>
@@ -51,7 +51,9 @@ inline std::string shown(const SpeechtextAttrs& record) {
     }
     const auto& attrs = static_cast<const SpeechtextTextAttrs&>(record);
     const std::string role = attrs.token.role();
-    return attrs.language + (attrs.raw ? "!" : "") + (role.empty() ? "" : "{" + role + "}");
+    const unsigned int audio = attrs.audio.instance();
+    return attrs.language + (attrs.raw ? "!" : "") + (role.empty() ? "" : "{" + role + "}") +
+           (audio == 0 ? "" : "#" + std::to_string(audio));
 }
 
 inline std::string shown(const Speechtext& text) {

@@ -1,0 +1,113 @@
+// Rich text under construction.
+#include "regexp/draft.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+RecordIndex::RecordIndex(RecordSpan records) : records_(records) {
+    content_before_.reserve(records.size() + 1);
+    const SpeechtextAttrs* content = nullptr;
+    int last = records.empty() ? 0 : records.front().position;
+    for (const SpeechtextAttrsRecord& record : records) {
+        content_before_.push_back(content);
+        if (record.attrs->is_contentattrs()) content = record.attrs;
+        if (record.position < last) ascending_ = false;
+        last = record.position;
+    }
+    content_before_.push_back(content);
+}
+
+std::size_t RecordIndex::first_not_before(std::size_t pos) const {
+    const auto before = [pos](const SpeechtextAttrsRecord& record) { return position_below(record.position, pos); };
+    const auto found = ascending_ ? std::partition_point(records_.begin(), records_.end(), before)
+                                  : std::find_if_not(records_.begin(), records_.end(), before);
+    return static_cast<std::size_t>(found - records_.begin());
+}
+
+const SpeechtextAttrs* RecordIndex::content_before(std::size_t index) const { return content_before_[index]; }
+
+void Draft::append_attrs(int position, const SpeechtextAttrs* borrowed) {
+    // Nothing is ever changed through the pointer; the record type has no const form.
+    SpeechtextAttrs* const object = const_cast<SpeechtextAttrs*>(borrowed);
+    switch (tail_.decide(records, position, *object)) {
+        case AttrsTail::Merge::drop:
+            return;
+        case AttrsTail::Merge::replace_last:
+            records.back().attrs = object;
+            tail_.replaced(records);
+            return;
+        case AttrsTail::Merge::add:
+            records.push_back({position, object});
+            tail_.added(records);
+            return;
+    }
+}
+
+// The slice append of Speechtext: the bytes [pos, pos + n) under the attributes in force at pos, with the records of
+// the range. The bound wraps.
+void Draft::append(const RichView& source, std::size_t pos, std::size_t n) {
+    if (pos > source.text.size()) throw std::out_of_range("Draft::append");
+    const std::size_t base = text.size();
+    const std::size_t bound = pos + n;
+    std::size_t at = source.first_not_before(pos);
+    const bool taken_over = at < source.records.size() && source.records[at].attrs->is_contentattrs() &&
+                            source.records[at].position == static_cast<long long>(pos);
+    const SpeechtextAttrs* carried = taken_over ? nullptr : source.content_before(at);
+    if (carried) append_at_end(carried);
+    text.append(source.text.substr(pos, n));
+    for (; at < source.records.size() && position_below(source.records[at].position, bound); ++at) {
+        append_attrs(position_shifted(source.records[at].position, base - pos), source.records[at].attrs);
+    }
+}
+
+void Draft::pop_attrs() {
+    tail_.popping(records);
+    records.pop_back();
+}
+
+void Draft::clear() {
+    text.clear();
+    records.clear();
+    tail_.forget();
+}
+
+// One result object, returned without a move: a moved text merges its records anew.
+Speechtext Draft::finished() const {
+    Speechtext result;
+    result.reserve(text.size(), records.size());
+    result += text;
+    for (const SpeechtextAttrsRecord& record : records) result.append_attrs(record.position, *record.attrs);
+    if (result.attrsvec_size() == records.size()) return result;
+
+    // Where a record replaced another, its neighbours may be such as the rule would merge now; they stay.
+    result = Speechtext();
+    result.reserve(text.size(), records.size());
+    result += text;
+    for (const SpeechtextAttrsRecord& record : records) {
+        result.attrs.push_back({record.position, nullptr});
+        result.attrs.back().attrs = record.attrs->clone();
+    }
+    return result;
+}
+
+const Speechtext& DraftStore::keep(Speechtext&& text) {
+    texts_.push_back(std::move(text));
+    return texts_.back();
+}
+
+const SpeechtextAttrs* DraftStore::keep(std::unique_ptr<SpeechtextAttrs> made) {
+    made_.push_back(std::move(made));
+    return made_.back().get();
+}
+
+const SpeechtextTextAttrs* DraftStore::with_raw(const SpeechtextTextAttrs* attrs, bool raw) {
+    const SpeechtextTextAttrs*& held = with_raw_[raw ? 1 : 0][attrs];
+    if (!held) {
+        auto copy = std::make_unique<SpeechtextTextAttrs>(*attrs);
+        copy->raw = raw;
+        held = copy.get();
+        made_.push_back(std::move(copy));
+    }
+    return held;
+}
