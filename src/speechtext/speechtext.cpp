@@ -156,6 +156,7 @@ void Speechtext::append_attrs(int position, const SpeechtextAttrs& record) {
 }
 
 void Speechtext::pop_attrs() {
+    if (attrs.empty()) return;
     tail_.popping(attrs);
     attrs.pop_back();
 }

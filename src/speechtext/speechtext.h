@@ -77,8 +77,8 @@ public:
     // or a mark or break that stands at this position already, are dropped. Text attributes replace those at the same
     // position, if the last record is such a one and stands for no audio insert or transcription.
     void append_attrs(int position, const SpeechtextAttrs& record);
-    // Removes the last entry, which must exist, without deleting its object: that passes to the caller, who takes it
-    // from attrs_rbegin() before.
+    // Removes the last entry without deleting its object: that passes to the caller, who takes it from attrs_rbegin()
+    // before. Nothing happens without an entry.
     void pop_attrs();
     void reserve(std::size_t text_bytes, std::size_t records);
 
