@@ -3,9 +3,18 @@
 #   <build>/share/espeak-ng-data       what a voice token's libPath names
 #   <build>/share/nelva/voices-data/   voice files; a token's voxPath names one of them
 
+file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/espeak-stepper)
+set(espeak_library ${NELVA_DEPS}/lib/libespeak-ng.a)
+if(WIN32)
+  # Its objects ask the linker to export espeak-ng's own functions; in this copy they do not.
+  set(espeak_library ${CMAKE_BINARY_DIR}/espeak-stepper/libespeak-ng.a)
+  execute_process(COMMAND ${CMAKE_OBJCOPY} --remove-section=.drectve ${NELVA_DEPS}/lib/libespeak-ng.a ${espeak_library}
+                  COMMAND_ERROR_IS_FATAL ANY)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${NELVA_DEPS}/lib/libespeak-ng.a)
+endif()
 add_library(dep_espeak INTERFACE)
 target_include_directories(dep_espeak SYSTEM INTERFACE ${NELVA_DEPS}/include ${NELVA_ESPEAK_DIR}/src/ucd-tools/src/include)
-target_link_libraries(dep_espeak INTERFACE ${NELVA_DEPS}/lib/libespeak-ng.a ${NELVA_DEPS}/lib/libspeechPlayer.a
+target_link_libraries(dep_espeak INTERFACE ${espeak_library} ${NELVA_DEPS}/lib/libspeechPlayer.a
                                            ${NELVA_DEPS}/lib/libucd.a)
 target_compile_definitions(dep_espeak INTERFACE LIBESPEAK_NG_EXPORT=1)
 if(NOT WIN32)

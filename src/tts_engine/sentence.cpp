@@ -57,6 +57,7 @@ std::string word_before(const std::vector<Character>& text, std::size_t end, boo
 }
 
 bool is_abbreviation(const std::vector<Character>& text, std::size_t end, char32_t next) {
+    if (end > 0 && is_full_stop(text[end - 1].code)) return false;
     bool dotted = false;
     const std::string word = word_before(text, end, dotted);
     if (word.empty()) return false;

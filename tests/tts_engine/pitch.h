@@ -14,7 +14,7 @@ inline double pitch_at(const Speech& speech, std::size_t first, std::size_t size
     constexpr std::size_t longest = 420;  // 52 Hz
     const auto product = [&](std::size_t lag) {
         double sum = 0;
-        for (std::size_t i = 0; i < size; ++i)
+        for (std::size_t i = 0; i < size; i += 2)
             sum += static_cast<double>(speech.samples[first + i]) * speech.samples[first + i + lag];
         return sum;
     };
@@ -34,7 +34,7 @@ inline double pitch_at(const Speech& speech, std::size_t first, std::size_t size
 inline double pitch_of(const Speech& speech) {
     constexpr std::size_t size = 900;
     std::vector<double> pitches;
-    for (std::size_t first = 0; first + size + 420 < speech.samples.size(); first += 300) {
+    for (std::size_t first = 0; first + size + 420 < speech.samples.size(); first += 450) {
         const double pitch = pitch_at(speech, first, size);
         if (pitch > 0) pitches.push_back(pitch);
     }

@@ -1,5 +1,20 @@
 // The wave generator of espeak-ng and the loop around it. See espeak_stepper.h for what this relies on.
 
+#include <locale.h>
+#include <math.h>
+#include <stdbool.h>
+#include <stdint.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <wchar.h>
+
+#if defined(_WIN32)
+// espeak-ng's headers ask for the export of its functions; this library exports its own only.
+#undef __declspec
+#define __declspec(attribute)
+#endif
+
 // The generator reports each word and phoneme with a call of MarkerEvent, which espeak-ng defines for its own callback.
 // Under another name the calls come here. Compiling the file as part of this one also lets its state be reset.
 // espeak.cmake makes the copy that is compiled here: the variables of these names are taken out of its functions, so
@@ -22,8 +37,6 @@ static _Bool resume;
 #include "speech.h"
 #include "synthdata.h"
 #include "translate.h"
-
-#include <locale.h>
 
 static espeak_stepper_sink current_sink;
 static void* current_context;

@@ -1,0 +1,230 @@
+// Single parts: sentences, attribute values, mouth shapes, voice files, the places of words.
+#include <gtest/gtest.h>
+
+#include "tts_engine/characters.h"
+#include "tts_engine/prosody.h"
+#include "tts_engine/sentence.h"
+#include "tts_engine/visemes.h"
+#include "tts_engine/voice_file.h"
+#include "tts_engine/word_placer.h"
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+std::vector<tts::Sentence> cut(const std::string& text) {
+    tts::SentenceCutter cutter;
+    std::uint32_t at = 0;
+    for (std::string_view rest = text; !rest.empty();) {
+        const tts::Decoded decoded = tts::decode_utf8(rest);
+        const auto end = at + static_cast<std::uint32_t>(decoded.length);
+        cutter.add({decoded.code, at, end});
+        at = end;
+        rest.remove_prefix(decoded.length);
+    }
+    cutter.finish();
+    return {cutter.ready().begin(), cutter.ready().end()};
+}
+
+std::string text_of(const tts::Sentence& sentence) {
+    std::string text;
+    for (const tts::Character& character : sentence.text) tts::append_utf8(text, character.code);
+    return text;
+}
+
+Texts sentences_of(const std::string& text) {
+    Texts result;
+    for (const tts::Sentence& sentence : cut(text)) result.push_back(text_of(sentence));
+    return result;
+}
+
+std::string message_of(const std::string& voice_file) {
+    try {
+        tts::parse_voice_file(voice_file, "file");
+    } catch (const std::exception& error) {
+        return error.what();
+    }
+    return {};
+}
+
+}  // namespace
+
+TEST(Cutter, full_stop_before_a_small_letter_or_inside_a_number_ends_nothing) {
+    EXPECT_EQ(sentences_of("It is approx. five. See 3.14 now. And then"),
+              (Texts{"It is approx. five.", "See 3.14 now.", "And then"}));
+}
+
+TEST(Cutter, full_stop_of_an_abbreviation_ends_nothing) {
+    EXPECT_EQ(sentences_of("Dr. Smith and J. R. Jones met on Jan. 5 at No. 10 of the U.S. Mint. Fine."),
+              (Texts{"Dr. Smith and J. R. Jones met on Jan. 5 at No. 10 of the U.S. Mint.", "Fine."}));
+    EXPECT_EQ(sentences_of("It was no. Then it was. Next"), (Texts{"It was no.", "Then it was.", "Next"}));
+}
+
+TEST(Cutter, quotes_and_brackets_belong_to_the_end) {
+    EXPECT_EQ(sentences_of("\"Stop!\" (He did.) \"Why?\" she said. So"),
+              (Texts{"\"Stop!\"", "(He did.)", "\"Why?\" she said.", "So"}));
+}
+
+TEST(Cutter, several_ends_are_one) {
+    EXPECT_EQ(sentences_of("What?! No... Yes!!"), (Texts{"What?!", "No...", "Yes!!"}));
+}
+
+TEST(Cutter, empty_line_ends) {
+    EXPECT_EQ(sentences_of("A title\n\nthe text\nof two lines"), (Texts{"A title", "the text of two lines"}));
+}
+
+TEST(Cutter, scripts_without_blanks_need_none) {
+    EXPECT_EQ(sentences_of("你好。再见！「好。」完"), (Texts{"你好。", "再见！", "「好。」", "完"}));
+}
+
+TEST(Cutter, long_text_is_cut_at_blanks) {
+    std::string text;
+    for (int i = 0; i < 400; ++i) text += "word ";
+    const auto pieces = cut(text);
+    EXPECT_GT(pieces.size(), 2u);
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        EXPECT_LE(pieces[i].text.size(), 520u);
+        EXPECT_EQ(pieces[i].begins, i == 0);
+        EXPECT_EQ(pieces[i].ends, i + 1 == pieces.size());
+        EXPECT_EQ(text_of(pieces[i]).substr(0, 4), "word");
+    }
+}
+
+TEST(Prosody, rate_values) {
+    EXPECT_FLOAT_EQ(*tts::rate_from("1.40", 1), 1.4f);
+    EXPECT_FLOAT_EQ(*tts::rate_from("140%", 2), 1.4f);
+    EXPECT_FLOAT_EQ(*tts::rate_from("+50%", 2), 3);
+    EXPECT_FLOAT_EQ(*tts::rate_from("-50%", 2), 1);
+    EXPECT_FLOAT_EQ(*tts::rate_from("x-fast", 2), 1.4f);
+    EXPECT_FLOAT_EQ(*tts::rate_from("default", 2), 1);
+    for (const char* value : {"", "fastest", "0", "-1", "-100%", "1,5", "2 x", "nan", "+", "1e9"})
+        EXPECT_FALSE(tts::rate_from(value, 1)) << value;
+}
+
+TEST(Prosody, pitch_values) {
+    EXPECT_FLOAT_EQ(*tts::pitch_from("+100%", 1.5f), 3);
+    EXPECT_FLOAT_EQ(*tts::pitch_from("-12st", 1), 0.5f);
+    EXPECT_FLOAT_EQ(*tts::pitch_from("150Hz", 3), 1.5f);  // of a voice of 100 Hz
+    EXPECT_FLOAT_EQ(*tts::pitch_from("+50Hz", 1), 1.5f);
+    EXPECT_FLOAT_EQ(*tts::pitch_from("low", 3), 0.8f);
+    EXPECT_FALSE(tts::pitch_from("50", 1));
+}
+
+TEST(Prosody, volume_values) {
+    EXPECT_FLOAT_EQ(*tts::volume_from("50", 0.1f), 0.5f);
+    EXPECT_FLOAT_EQ(*tts::volume_from("+10", 0.5f), 0.6f);
+    EXPECT_FLOAT_EQ(*tts::volume_from("+10%", 0.5f), 0.55f);
+    EXPECT_NEAR(*tts::volume_from("-6.0dB", 1), 0.5012, 0.0001);  // 10^-0.3
+    EXPECT_FLOAT_EQ(*tts::volume_from("silent", 1), 0);
+    EXPECT_FLOAT_EQ(*tts::volume_from("-80", 0.5f), 0);
+    EXPECT_FALSE(tts::volume_from("louder", 1));
+}
+
+TEST(Prosody, break_values) {
+    EXPECT_EQ(tts::break_milliseconds("250ms", "strong"), 250u);
+    EXPECT_EQ(tts::break_milliseconds("1.5s", ""), 1500u);
+    EXPECT_EQ(tts::break_milliseconds("0ms", ""), 0u);
+    EXPECT_EQ(tts::break_milliseconds("", "none"), 0u);
+    EXPECT_EQ(tts::break_milliseconds("", ""), 400u);
+    EXPECT_EQ(tts::break_milliseconds("nonsense", "strong"), 700u);
+    EXPECT_EQ(tts::break_milliseconds("99999999999s", ""), 4294967295u);
+}
+
+TEST(Prosody, pitch_as_the_documents_writer_puts_it) {
+    EXPECT_EQ(tts::written_pitch(1, 2), "+100%");
+    EXPECT_EQ(tts::written_pitch(2, 1), "default");
+    EXPECT_EQ(tts::written_pitch(2, 0.5f), "-75%");
+}
+
+TEST(Viseme, of_ipa_names) {
+    EXPECT_STREQ(tts::viseme_of(""), "sil");
+    EXPECT_STREQ(tts::viseme_of("ˈiː"), "i");
+    EXPECT_STREQ(tts::viseme_of("tʃ"), "J");
+    EXPECT_STREQ(tts::viseme_of("dʒ"), "J");
+    EXPECT_STREQ(tts::viseme_of("t"), "t");
+    EXPECT_STREQ(tts::viseme_of("ts"), "t");
+    EXPECT_STREQ(tts::viseme_of("ŋ"), "k");
+    EXPECT_STREQ(tts::viseme_of("ˌɔː"), "O");
+    EXPECT_STREQ(tts::viseme_of("θ"), "T");
+    EXPECT_STREQ(tts::viseme_of("m̩"), "p");
+    EXPECT_EQ(tts::viseme_of("ʔ"), nullptr);
+    EXPECT_EQ(tts::viseme_of("˥"), nullptr);
+    EXPECT_EQ(tts::viseme_of("\xC3"), nullptr);
+}
+
+TEST(VoiceFile, keys_comments_and_blanks) {
+    const tts::VoiceSettings settings = tts::parse_voice_file(
+        "\xEF\xBB\xBF# a comment\r\n  language =  en-us \r\n\r\nvariant=f2\nrate = 200\npitch = 60\nrange= 70\nvolume "
+        "=80",
+        "file");
+    EXPECT_EQ(settings.language, "en-us");
+    EXPECT_EQ(settings.variant, "f2");
+    EXPECT_EQ(settings.rate, 200);
+    EXPECT_EQ(settings.pitch, 60);
+    EXPECT_EQ(settings.range, 70);
+    EXPECT_EQ(settings.volume, 80);
+}
+
+TEST(VoiceFile, faults_are_told_with_their_line) {
+    EXPECT_EQ(message_of("language = de\nspeed = 5"),
+              "file:2: unknown key \"speed\"; known are language, variant, rate, pitch, range and volume");
+    EXPECT_EQ(message_of("language = de\n\nrate = 12x"), "file:3: rate must be a number from 80 to 450, not \"12x\"");
+    EXPECT_EQ(message_of("language = de\nrate = 451"), "file:2: rate must be a number from 80 to 450, not \"451\"");
+    EXPECT_EQ(message_of("what"), "file:1: expected \"key = value\", not \"what\"");
+    EXPECT_EQ(message_of("language = de\nlanguage = fr"), "file:2: \"language\" stands here a second time");
+    EXPECT_EQ(message_of("# nothing\n"), "file:1: the file ends without \"language = ...\"");
+    EXPECT_EQ(message_of("language = ../../etc"), "file:1: language is missing or no name: \"../../etc\"");
+}
+
+TEST(WordPlacer, sound_at_a_blank_belongs_to_the_word_before) {
+    const auto sentences = cut("one two three");
+    tts::WordPlacer placer;
+    placer.start(sentences[0], 13);
+    placer.word(0);
+    EXPECT_EQ(placer.begun(), 1u);
+    placer.word(3);
+    EXPECT_EQ(placer.begun(), 1u);
+    placer.word(4);
+    EXPECT_EQ(placer.begun(), 2u);
+    placer.finish();
+    EXPECT_EQ(placer.begun(), 3u);
+}
+
+TEST(WordPlacer, sound_at_an_opening_quote_belongs_to_the_word_behind) {
+    const auto sentences = cut("one \"two\"");
+    tts::WordPlacer placer;
+    placer.start(sentences[0], 9);
+    placer.word(4);
+    EXPECT_EQ(placer.begun(), 2u);
+}
+
+TEST(WordPlacer, words_that_share_a_sound_begin_along_it) {
+    // "of the" is one word of four phonemes, "end" the next.
+    const auto sentences = cut("of the end");
+    tts::WordPlacer placer;
+    placer.start(sentences[0], 10);
+    placer.plan_word(0, 4);
+    placer.plan_word(7, 3);
+    placer.plan_end(10);
+    placer.word(0);
+    std::vector<std::size_t> begun;
+    for (int i = 0; i < 4; ++i) {
+        placer.phoneme();
+        begun.push_back(placer.begun());
+    }
+    // "the" starts at 3 of 6 characters: at the third of the four.
+    EXPECT_EQ(begun, (std::vector<std::size_t>{1, 1, 2, 2}));
+}
+
+TEST(WordPlacer, last_words_of_a_clause_share_up_to_its_end) {
+    const auto sentences = cut("of the, end");
+    tts::WordPlacer placer;
+    placer.start(sentences[0], 11);
+    placer.plan_word(0, 2);
+    placer.plan_end(7);
+    placer.word(0);
+    placer.phoneme();
+    EXPECT_EQ(placer.begun(), 1u);
+    placer.phoneme();
+    EXPECT_EQ(placer.begun(), 2u);
+}
