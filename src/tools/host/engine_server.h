@@ -9,7 +9,8 @@
 
 namespace host {
 
-// Holds COM open for this thread; off Windows the module stays loaded once it was. Engines must be released before this goes.
+// Holds COM open for this thread; off Windows the module stays loaded once it was. Engines must be released before
+// this goes.
 class EngineServer {
 public:
     // On Windows the path plays no part: the registry says where the class is. Elsewhere it is the module to load.

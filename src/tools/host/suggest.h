@@ -8,8 +8,8 @@
 namespace host {
 
 // The known name with the fewest edits from `typed` (a letter changed, put in or left out, or two neighbours swapped),
-// case ignored; the first of several. Empty when even the nearest takes more edits than a third of its letters (one edit
-// for names of up to five).
+// case ignored; the first of several. Empty when even the nearest takes more edits than a third of its letters (one
+// edit for names of up to five).
 std::string closest_name(const std::string& typed, const std::vector<std::string>& known);
 
 }  // namespace host
