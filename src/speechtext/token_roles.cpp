@@ -116,8 +116,8 @@ void Token::remove_role(const std::string& item) {
     if (left.size() < held.size()) replace_role(asked.prefix + left);
 }
 
-void Token::modify_role(const std::string& spec) {
-    const Item asked = divided(spec);
+void Token::modify_role(const std::string& edits) {
+    const Item asked = divided(edits);
     if (!names_something(asked)) return;
     for (const std::string& edit : split_on_char(',', asked.value)) {
         if (edit.size() < 2) continue;
