@@ -69,8 +69,8 @@ private:
         std::string_view name;
     };
     struct Pair {
-        std::size_t begin;  // behind "\\{"
-        std::size_t end;    // at the backslash of "\\}"
+        std::size_t begin;  // behind "\{"
+        std::size_t end;    // at the backslash of "\}"
     };
 
     std::size_t find_backslash() const;
