@@ -1,6 +1,7 @@
 // The pass that drops records which govern nothing, and its first step.
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <random>
 #include <stdexcept>
 
@@ -177,6 +178,13 @@ TEST(Finalize, text_that_needs_attributes_and_has_none_is_refused_unchanged) {
     EXPECT_EQ(records_of(with_break), "1:|1ms|");
 }
 
+// It equals nothing, so that the record in force is no reason to leave it out at the end.
+TEST(Finalize, final_attributes_with_a_factor_that_is_no_number_stay_twice) {
+    const SpeechtextTextAttrs odd = with_rate(a, std::numeric_limits<float>::quiet_NaN());
+    EXPECT_EQ(finalised(Builder()(odd)("a")(mark("m")), true), "0:A 0:A 1:<m>");
+    EXPECT_EQ(finalised(Builder()(odd)("a"), false), "0:A");
+}
+
 TEST(Finalize, text_can_be_appended_to_afterwards) {
     Speechtext text = Builder()(a)("a")(mark("m"))(b);
     text.finalize(true);
@@ -214,6 +222,9 @@ std::unique_ptr<SpeechtextAttrs> random_record(std::mt19937& random) {
         case 3:
             return std::make_unique<SpeechtextTextAttrs>(with_transcription(a, random() % 3));
         default:
+            if (random() % 8 == 0) {
+                return std::make_unique<SpeechtextTextAttrs>(with_rate(a, std::numeric_limits<float>::quiet_NaN()));
+            }
             return std::make_unique<SpeechtextTextAttrs>(random() % 2 ? a : b);
     }
 }

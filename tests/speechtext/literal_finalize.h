@@ -53,7 +53,7 @@ private:
             if (!duplicate(pending[i])) put(pending[i].position, pending[i]);
         }
         put(out.empty() ? 0 : current.position, current);
-        emitted = current;
+        emitted = out.back();
         need_emit = false;
         in_force = true;
         for (; i < pending.size(); ++i) {
