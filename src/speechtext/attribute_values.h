@@ -157,7 +157,7 @@ public:
     // Takes the item's value part, as one piece of text, out of the list.
     void remove_role(const std::string& item);
     // Applies "name:+value,-value" edit by edit.
-    void modify_role(const std::string& spec);
+    void modify_role(const std::string& edits);
 
     bool operator==(const Token& other) const;
     bool operator!=(const Token& other) const { return !(*this == other); }

@@ -29,9 +29,9 @@ std::string removed(const std::string& role, const std::string& item) {
     return t.role();
 }
 
-std::string modified(const std::string& role, const std::string& spec) {
+std::string modified(const std::string& role, const std::string& edits) {
     Token t = token(role);
-    t.modify_role(spec);
+    t.modify_role(edits);
     return t.role();
 }
 
