@@ -152,6 +152,7 @@ int main(int argc, char** argv) {
     const FragmentedText word_by_word(words_text(100000), NELVA_WIDE(" "));
 
     add_loop("loop_english", english_text(megabyte));
+    add_loop("loop_english_4", english_text(4 * megabyte));
     add_loop("loop_french", french_text(megabyte));
     add_loop("loop_chinese", chinese_text(megabyte));
     add_loop("loop_emoji", emoji_text(megabyte));
@@ -177,6 +178,7 @@ int main(int argc, char** argv) {
             {"surrogate pairs, likewise", "convert_emoji", "loop_emoji", 1, 3},
             {"lone surrogates, likewise", "convert_lone_surrogates", "loop_lone_surrogates", 1, 0},
             {"4 times the text", "convert_english_4", "convert_english", 1, 4.5},
+            {"4 times the text for the loop", "loop_english_4", "loop_english", 1, 0},
             {"100,000 words as fragments against one fragment, per byte of the document",
              "convert_100000_words_in_as_many_fragments", "convert_100000_words_in_one_fragment", more_document, 2},
             {"the same per byte of the text", "convert_100000_words_in_as_many_fragments",

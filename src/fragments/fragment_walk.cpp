@@ -1,11 +1,9 @@
-// One pass over the list for the sizes, so that the text never grows by copying, then the walk itself:
+// One pass over the list for the sizes, so that text and records need not grow by copying, then the walk itself:
 // attributes, pitch mark, record, and what the fragment's action asks for.
 
 #include "fragments/fragment_walk.h"
 
 #include <climits>
-#include <cstdio>
-#include <stdexcept>
 #include <string>
 
 #include "fragments/ascii_case.h"
@@ -27,23 +25,18 @@ bool adds_text(const SPVTEXTFRAG& fragment) {
 
 struct Sizes {
     std::size_t fragments = 0;
-    std::size_t bytes = 0;  // those of the text or somewhat more
+    std::size_t units = 0;  // of text and markup
 };
 
-// Throws before any unit of a text is read that cannot fit, each unit being a byte at least.
+// Throws when the text cannot fit, each unit being a byte at least; no unit is read.
 Sizes measure(const SPVTEXTFRAG* fragments) {
     Sizes sizes;
-    std::size_t units = 0;
     for (const SPVTEXTFRAG* fragment = fragments; fragment != nullptr; fragment = fragment->pNext) {
         ++sizes.fragments;
         if (!has_text(*fragment)) continue;
-        if (adds_text(*fragment)) {
-            units += fragment->ulTextLen;
-            if (units > INT_MAX) throw_too_long();
-            sizes.bytes += utf8_size_bound(fragment->pTextStart, fragment->ulTextLen);
-        } else if (fragment->State.eAction == SPVA_Bookmark && fragment->ulTextLen > INT_MAX) {
-            throw_too_long();
-        }
+        if (adds_text(*fragment)) sizes.units += fragment->ulTextLen;
+        const bool is_convertible = fragment->State.eAction != SPVA_Bookmark || fragment->ulTextLen <= INT_MAX;
+        if (sizes.units > INT_MAX || !is_convertible) throw_too_long();
     }
     return sizes;
 }
@@ -217,7 +210,8 @@ int spvtextfrags_to_speechtext(const SPVTEXTFRAG* fragments, Speechtext* text, H
     *text = Speechtext();
     *positions = HostPositions();
     const Sizes sizes = measure(fragments);
-    text->reserve(sizes.bytes, sizes.fragments + 1);
+    // Most texts are ASCII with a little else, and room that is not used costs nothing.
+    text->reserve(sizes.units + sizes.units / 8, sizes.fragments + 1);
 
     FragmentWalk walk(opts, language, text, positions);
     const SPVTEXTFRAG* previous = nullptr;

@@ -196,22 +196,6 @@ std::size_t utf16_character_length(const WCHAR* units, std::size_t remaining) {
     return remaining >= 2 && is_high_surrogate(units[0]) && is_low_surrogate(units[1]) ? 2 : 1;
 }
 
-std::size_t utf8_size_bound(const WCHAR* units, std::size_t count) {
-    std::size_t bound = count;
-    while (count > 0) {
-        // Sixteen bits for the sum let the compiler count eight units a step.
-        const std::size_t block = std::min<std::size_t>(count, 16384);
-        std::uint16_t more = 0;
-        for (std::size_t i = 0; i < block; ++i) {
-            more = static_cast<std::uint16_t>(more + (units[i] >= 0x80) + (units[i] >= 0x800));
-        }
-        bound += more;
-        units += block;
-        count -= block;
-    }
-    return bound;
-}
-
 void throw_too_long() { throw std::length_error("text of 2 GiB or more"); }
 
 void append_bytes(Speechtext* text, const char* bytes, std::size_t size) {
@@ -230,10 +214,12 @@ std::size_t append_character(const WCHAR* units, std::size_t length, std::uint32
 void append_utf16(const WCHAR* units, std::size_t count, std::uint32_t first_position, Speechtext* text,
                   HostPositions* positions) {
     BlockConverter converter(text, positions);
+    // The caller reserved for ASCII. Where that runs out, there is much else, and room is made for the worst at once.
     while (count > 0) {
         std::size_t block = std::min(count, block_units);
         // A pair must not be cut.
         if (block < count && is_high_surrogate(units[block - 1]) && is_low_surrogate(units[block])) --block;
+        if (text->text.capacity() - text->size() < 3 * block) text->reserve(text->size() + 3 * count, 0);
         converter.convert(units, block, first_position);
         units += block;
         count -= block;

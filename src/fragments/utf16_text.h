@@ -14,9 +14,6 @@ class Speechtext;
 // The units of the character at `units`, of which `remaining` (at least 1) are left: 2 for a surrogate pair, else 1.
 std::size_t utf16_character_length(const WCHAR* units, std::size_t remaining);
 
-// An upper bound of the bytes that `units` convert to, tight but for surrogates.
-std::size_t utf8_size_bound(const WCHAR* units, std::size_t count);
-
 // What is thrown at a text that does not fit into signed 32 bits.
 [[noreturn]] void throw_too_long();
 

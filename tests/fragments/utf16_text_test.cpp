@@ -76,15 +76,6 @@ TEST(Utf16Text, appends_to_what_is_there) {
     EXPECT_EQ(positions.to_vector(), (std::vector<std::uint32_t>{1, 2, 9, 0}));
 }
 
-TEST(Utf16Text, size_bound_is_exact_but_for_surrogates) {
-    const Wide units = {'a', 0x7F, 0x80, 0x7FF, 0x800, 0xFFFF};
-    EXPECT_EQ(utf8_size_bound(units.data(), units.size()), 1u + 1 + 2 + 2 + 3 + 3);
-    const Wide pair = {0xD83D, 0xDE00};
-    EXPECT_EQ(utf8_size_bound(pair.data(), pair.size()), 6u);
-    const Wide many(40000, 0x4E00);
-    EXPECT_EQ(utf8_size_bound(many.data(), many.size()), 120000u);
-}
-
 TEST(Utf16Text, character_length_needs_both_halves) {
     const Wide units = {0xD83D, 0xDE00, 0xD83D, 'a'};
     EXPECT_EQ(utf16_character_length(&units[0], 4), 2u);
