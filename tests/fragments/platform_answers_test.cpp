@@ -11,6 +11,7 @@ namespace {
 // What becomes of a unit when it is converted alone, null for the real answer.
 const char* (*answer_for)(WCHAR unit) = nullptr;
 bool refuses_runs = false;
+bool refuses_pairs = false;
 long calls = 0;
 
 }  // namespace
@@ -24,6 +25,7 @@ int wrapped_conversion(UINT code_page, DWORD flags, LPCWCH source, int count, LP
                        LPCCH default_char, LPBOOL used_default_char) {
     ++calls;
     if (refuses_runs && count > 2) return 0;
+    if (refuses_pairs && count > 1) return 0;
     const char* answer = answer_for != nullptr && count == 1 ? answer_for(*source) : nullptr;
     if (answer == nullptr) {
         return real_conversion(code_page, flags, source, count, target, size, default_char, used_default_char);
@@ -43,6 +45,7 @@ protected:
     void TearDown() override {
         answer_for = nullptr;
         refuses_runs = false;
+        refuses_pairs = false;
     }
 };
 
@@ -106,6 +109,20 @@ TEST_F(PlatformAnswers, refused_run_is_converted_by_characters) {
               "c");
     EXPECT_EQ(characters.text.as_string(), runs.text.as_string());
     EXPECT_EQ(characters.positions, runs.positions);
+}
+
+TEST_F(PlatformAnswers, refused_pair_is_passed_by_one_unit_and_its_second_half_stands_alone) {
+    refuses_pairs = true;
+    FragmentList list;
+    list.speak(Wide{'a', 0xD83D, 0xDE00, 'b'}, 10);
+    for (const spvtextfrags_to_ssml_opts& opts :
+         {spvtextfrags_to_ssml_opts_impl, spvtextfrags_to_ssml_opts{"B", "P", nullptr, ""}}) {
+        const Walked walked = walk(list, opts);
+        EXPECT_EQ(walked.text.as_string(),
+                  "a\xEF\xBF\xBD"
+                  "b");
+        EXPECT_EQ(walked.positions, (Positions{10, 12, 12, 12, 13, 14}));
+    }
 }
 
 TEST_F(PlatformAnswers, refused_runs_are_not_tried_over_and_over) {
