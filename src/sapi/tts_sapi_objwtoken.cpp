@@ -1,10 +1,8 @@
 // ISpObjectWithToken: takes the voice token, once.
 #include "sapi/tts_sapi_objwtoken.h"
 
-using Forward = TTS_SAPI_Forward<TTS_SAPI_ObjWToken_Table>;
-
-const TTS_SAPI_ObjWToken_Table TTS_SAPI_ObjWToken_Vtbl = {Forward::QueryInterface, Forward::AddRef, Forward::Release,
-                                                          TTS_SAPI_ObjWToken_SetObjectToken,
+const TTS_SAPI_ObjWToken_Table TTS_SAPI_ObjWToken_Vtbl = {TTS_SAPI_ObjWToken_QueryInterface, TTS_SAPI_ObjWToken_AddRef,
+                                                          TTS_SAPI_ObjWToken_Release, TTS_SAPI_ObjWToken_SetObjectToken,
                                                           TTS_SAPI_ObjWToken_GetObjectToken};
 
 HRESULT STDMETHODCALLTYPE TTS_SAPI_ObjWToken_SetObjectToken(TTS_SAPI_ObjWToken* record, ISpObjectToken* token) {

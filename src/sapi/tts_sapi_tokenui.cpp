@@ -6,10 +6,9 @@
 #include "engine/nelva_sapi.h"
 #include "sapi/sapi_evtlog.h"
 
-using Forward = TTS_SAPI_Forward<TTS_SAPI_TokenUI_Table>;
-
-const TTS_SAPI_TokenUI_Table TTS_SAPI_TokenUI_Vtbl = {Forward::QueryInterface, Forward::AddRef, Forward::Release,
-                                                      TTS_SAPI_TokenUI_IsUISupported, TTS_SAPI_TokenUI_DisplayUI};
+const TTS_SAPI_TokenUI_Table TTS_SAPI_TokenUI_Vtbl = {TTS_SAPI_TokenUI_QueryInterface, TTS_SAPI_TokenUI_AddRef,
+                                                      TTS_SAPI_TokenUI_Release, TTS_SAPI_TokenUI_IsUISupported,
+                                                      TTS_SAPI_TokenUI_DisplayUI};
 
 namespace {
 

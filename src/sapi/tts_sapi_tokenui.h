@@ -17,6 +17,11 @@ struct TTS_SAPI_TokenUI_Table {
 
 extern const TTS_SAPI_TokenUI_Table TTS_SAPI_TokenUI_Vtbl;
 
+// They go to the object's own: one identity and one count, whichever interface is asked.
+inline constexpr auto TTS_SAPI_TokenUI_QueryInterface = TTS_SAPI_Forward<TTS_SAPI_TokenUI_Table>::QueryInterface;
+inline constexpr auto TTS_SAPI_TokenUI_AddRef = TTS_SAPI_Forward<TTS_SAPI_TokenUI_Table>::AddRef;
+inline constexpr auto TTS_SAPI_TokenUI_Release = TTS_SAPI_Forward<TTS_SAPI_TokenUI_Table>::Release;
+
 // Says whether the page `type` can be shown: only "EngineProperties", and only if the editor that the token names is
 // there. S_FALSE and a true `*out` before a token is set.
 HRESULT STDMETHODCALLTYPE TTS_SAPI_TokenUI_IsUISupported(TTS_SAPI_TokenUI* record, LPCWSTR type, void* extra,

@@ -9,10 +9,9 @@
 #include "sapi/sapi_evtlog.h"
 #include "sapi/tts_sapi_outqueue.h"
 
-using Forward = TTS_SAPI_Forward<TTS_SAPI_TTSEngine_Table>;
-
-const TTS_SAPI_TTSEngine_Table TTS_SAPI_TTSEngine_Vtbl = {Forward::QueryInterface, Forward::AddRef, Forward::Release,
-                                                          TTS_SAPI_TTSEngine_Speak, TTS_SAPI_TTSEngine_GetOutputFormat};
+const TTS_SAPI_TTSEngine_Table TTS_SAPI_TTSEngine_Vtbl = {TTS_SAPI_TTSEngine_QueryInterface, TTS_SAPI_TTSEngine_AddRef,
+                                                          TTS_SAPI_TTSEngine_Release, TTS_SAPI_TTSEngine_Speak,
+                                                          TTS_SAPI_TTSEngine_GetOutputFormat};
 
 namespace {
 

@@ -17,6 +17,11 @@ struct TTS_SAPI_TTSEngine_Table {
 
 extern const TTS_SAPI_TTSEngine_Table TTS_SAPI_TTSEngine_Vtbl;
 
+// They go to the object's own: one identity and one count, whichever interface is asked.
+inline constexpr auto TTS_SAPI_TTSEngine_QueryInterface = TTS_SAPI_Forward<TTS_SAPI_TTSEngine_Table>::QueryInterface;
+inline constexpr auto TTS_SAPI_TTSEngine_AddRef = TTS_SAPI_Forward<TTS_SAPI_TTSEngine_Table>::AddRef;
+inline constexpr auto TTS_SAPI_TTSEngine_Release = TTS_SAPI_Forward<TTS_SAPI_TTSEngine_Table>::Release;
+
 // Speaks the fragments to the site on the calling thread and returns when that is done, aborted or failed.
 // Flags and format id play no part; of the format only the tag and the bytes per second are read.
 HRESULT STDMETHODCALLTYPE TTS_SAPI_TTSEngine_Speak(TTS_SAPI_TTSEngine* record, DWORD flags, REFGUID format_id,
