@@ -17,10 +17,20 @@ namespace {
 
 bool has_text(const SPVTEXTFRAG& fragment) { return fragment.pTextStart != nullptr && fragment.ulTextLen != 0; }
 
+// The platform counts in signed numbers, so a longer fragment cannot be converted in one piece.
+bool is_convertible(const SPVTEXTFRAG& fragment) { return has_text(fragment) && fragment.ulTextLen <= INT_MAX; }
+
 bool adds_text(const SPVTEXTFRAG& fragment) {
-    const SPVACTIONS action = fragment.State.eAction;
-    return action == SPVA_Speak || action == SPVA_Pronounce || action == SPVA_SpellOut ||
-           action == SPVA_ParseUnknownTag;
+    switch (fragment.State.eAction) {
+        case SPVA_Speak:
+        case SPVA_Pronounce:
+        case SPVA_SpellOut:
+            return has_text(fragment);
+        case SPVA_ParseUnknownTag:
+            return is_convertible(fragment);
+        default:
+            return false;
+    }
 }
 
 struct Sizes {
@@ -33,17 +43,15 @@ Sizes measure(const SPVTEXTFRAG* fragments) {
     Sizes sizes;
     for (const SPVTEXTFRAG* fragment = fragments; fragment != nullptr; fragment = fragment->pNext) {
         ++sizes.fragments;
-        if (!has_text(*fragment)) continue;
         if (adds_text(*fragment)) sizes.units += fragment->ulTextLen;
-        const bool is_convertible = fragment->State.eAction != SPVA_Bookmark || fragment->ulTextLen <= INT_MAX;
-        if (sizes.units > INT_MAX || !is_convertible) throw_too_long();
+        if (sizes.units > INT_MAX) throw_too_long();
     }
     return sizes;
 }
 
 // A whole fragment as UTF-8; empty when the platform gives no bytes for it.
 std::string convert_fragment(const SPVTEXTFRAG& fragment) {
-    if (!has_text(fragment)) return std::string();
+    if (!is_convertible(fragment)) return std::string();
     const int count = static_cast<int>(fragment.ulTextLen);
     const int size = WideCharToMultiByte(CP_UTF8, 0, fragment.pTextStart, count, nullptr, 0, nullptr, nullptr);
     if (size < 1) return std::string();

@@ -488,6 +488,14 @@ TEST(FragmentWalkBookmark, null_text_makes_no_mark) {
     EXPECT_EQ(walk(list).records(), "P0@0 {}@0");
 }
 
+TEST(FragmentWalkBookmark, length_that_cannot_be_converted_makes_no_mark_unread) {
+    for (const ULONG length : {0x80000000u, 0xFFFFFFFFu}) {
+        FragmentList list;
+        list.bookmark(NELVA_WIDE("a")).ulTextLen = length;
+        EXPECT_EQ(walk(list).records(), "P0@0 {}@0");
+    }
+}
+
 TEST(FragmentWalkBookmark, null_prefix_makes_no_mark) {
     FragmentList list;
     list.bookmark(NELVA_WIDE("x"));
@@ -611,12 +619,6 @@ TEST(FragmentWalkText, so_are_fragments_that_reach_that_only_together) {
     EXPECT_THROW(walk(list), std::length_error);
 }
 
-TEST(FragmentWalkText, so_is_a_bookmark_that_cannot_be_converted) {
-    FragmentList list;
-    list.bookmark(NELVA_WIDE("a")).ulTextLen = 0xFFFFFFFF;
-    EXPECT_THROW(walk(list), std::length_error);
-}
-
 TEST(FragmentWalkText, length_of_a_fragment_that_has_no_use_for_text_does_not_matter) {
     FragmentList list;
     list.add(SPVA_Section, NELVA_WIDE("a")).ulTextLen = 0xFFFFFFFF;
@@ -660,6 +662,14 @@ TEST(FragmentWalkRaw, empty_text_adds_only_mark_and_record) {
     FragmentList list;
     list.raw(Wide());
     EXPECT_EQ(walk(list).records(), "P0@0 {}@0");
+}
+
+TEST(FragmentWalkRaw, length_that_cannot_be_converted_adds_only_mark_and_record) {
+    FragmentList list;
+    list.raw(NELVA_WIDE("<a>")).ulTextLen = 0x80000000;
+    const Walked walked = walk(list);
+    EXPECT_EQ(walked.records(), "P0@0 {}@0");
+    EXPECT_EQ(walked.positions, Positions{0});
 }
 
 TEST(FragmentWalkRaw, root_tags_are_left_out) {
