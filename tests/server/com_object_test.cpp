@@ -82,6 +82,110 @@ TEST(ComObject, leaves_no_block_behind) {
     EXPECT_EQ(server::live_blocks(), before);
 }
 
+// ---- What stands in memory where an interface pointer points, for callers that go by words ----
+
+void* const* words_at(const void* pointer) { return static_cast<void* const*>(pointer); }
+
+template <typename Function>
+Function* slot(const void* interface_pointer, int index) {
+    return reinterpret_cast<Function*>(words_at(words_at(interface_pointer)[0])[index]);
+}
+
+using QueryInterfaceSlot = HRESULT STDMETHODCALLTYPE(void*, REFIID, void**);
+using CountSlot = ULONG STDMETHODCALLTYPE(void*);
+
+TEST(ComLayout, interface_pointer_is_a_record_of_a_table_and_the_object) {
+    ServerObject object;
+    auto* tokenui = query<ISpTokenUI>(object.engine, IID_ISpTokenUI);
+    auto* identity = query<IUnknown>(object.engine, IID_IUnknown);
+    for (const void* record :
+         {static_cast<void*>(object.engine), static_cast<void*>(object.with_token), static_cast<void*>(tokenui)})
+        EXPECT_EQ(words_at(record)[1], identity);
+    identity->Release();
+    tokenui->Release();
+}
+
+TEST(ComLayout, object_begins_with_its_table_its_records_and_its_count) {
+    ServerObject object;
+    auto* tokenui = query<ISpTokenUI>(object.engine, IID_ISpTokenUI);
+    auto* identity = query<IUnknown>(object.engine, IID_IUnknown);
+    EXPECT_EQ(words_at(identity)[1], object.with_token);
+    EXPECT_EQ(words_at(identity)[2], tokenui);
+    EXPECT_EQ(words_at(identity)[3], object.engine);
+    EXPECT_EQ(*reinterpret_cast<const LONG*>(words_at(identity) + 4), 4);
+    identity->Release();
+    tokenui->Release();
+}
+
+TEST(ComLayout, first_three_slots_of_every_table_are_those_of_the_object) {
+    ServerObject object;
+    auto* tokenui = query<ISpTokenUI>(object.engine, IID_ISpTokenUI);
+    auto* identity = query<IUnknown>(object.engine, IID_IUnknown);
+    for (void* each : {static_cast<void*>(identity), static_cast<void*>(object.engine),
+                       static_cast<void*>(object.with_token), static_cast<void*>(tokenui)}) {
+        void* out = nullptr;
+        EXPECT_EQ(slot<QueryInterfaceSlot>(each, 0)(each, IID_IUnknown, &out), S_OK);
+        EXPECT_EQ(out, identity);
+        EXPECT_EQ(slot<CountSlot>(each, 1)(each), 6u);
+        EXPECT_EQ(slot<CountSlot>(each, 2)(each), 5u);
+        EXPECT_EQ(slot<CountSlot>(each, 2)(each), 4u);
+    }
+    identity->Release();
+    tokenui->Release();
+}
+
+TEST(ComLayout, slots_of_the_token_interface) {
+    ServerObject object;
+    void* record = object.with_token;
+    ISpObjectToken* token = nullptr;
+    EXPECT_EQ(slot<HRESULT STDMETHODCALLTYPE(void*, ISpObjectToken*)>(record, 3)(record, nullptr), SPERR_UNINITIALIZED);
+    EXPECT_EQ(slot<HRESULT STDMETHODCALLTYPE(void*, ISpObjectToken**)>(record, 4)(record, &token), S_FALSE);
+}
+
+TEST(ComLayout, slots_of_the_engine_interface) {
+    SpeakingObject o;
+    void* record = o.object.engine;
+    using Speak =
+        HRESULT STDMETHODCALLTYPE(void*, DWORD, REFGUID, const WAVEFORMATEX*, const SPVTEXTFRAG*, ISpTTSEngineSite*);
+    using GetOutputFormat = HRESULT STDMETHODCALLTYPE(void*, const GUID*, const WAVEFORMATEX*, GUID*, WAVEFORMATEX**);
+    EXPECT_EQ(slot<Speak>(record, 3)(record, 0, SPDFID_WaveFormatEx, &o.format, nullptr, &o.site), S_OK);
+    EXPECT_EQ(o.site.calls["GetEventInterest"], 1);
+    GUID id = {};
+    WAVEFORMATEX* format = nullptr;
+    EXPECT_EQ(slot<GetOutputFormat>(record, 4)(record, nullptr, nullptr, &id, &format), S_OK);
+    EXPECT_EQ(format->nSamplesPerSec, 22050u);
+    CoTaskMemFree(format);
+}
+
+TEST(ComLayout, slots_of_the_settings_interface) {
+    ServerObject object;
+    auto* record = query<ISpTokenUI>(object.engine, IID_ISpTokenUI);
+    using IsUISupported = HRESULT STDMETHODCALLTYPE(void*, LPCWSTR, void*, ULONG, IUnknown*, BOOL*);
+    using DisplayUI =
+        HRESULT STDMETHODCALLTYPE(void*, HWND, LPCWSTR, LPCWSTR, void*, ULONG, ISpObjectToken*, IUnknown*);
+    BOOL supported = FALSE;
+    const LPCWSTR page = NELVA_WIDE("EngineProperties");
+    EXPECT_EQ(slot<IsUISupported>(record, 3)(record, page, nullptr, 0, nullptr, &supported), S_FALSE);
+    EXPECT_EQ(slot<DisplayUI>(record, 4)(record, nullptr, nullptr, page, nullptr, 0, nullptr, nullptr), E_INVALIDARG);
+    record->Release();
+}
+
+TEST(ComLayout, slots_of_the_class_factory) {
+    IClassFactory* factory = class_factory();
+    void* out = nullptr;
+    EXPECT_EQ(slot<QueryInterfaceSlot>(factory, 0)(factory, IID_IUnknown, &out), S_OK);
+    EXPECT_EQ(out, factory);
+    EXPECT_EQ(slot<CountSlot>(factory, 1)(factory), 1u);
+    EXPECT_EQ(slot<CountSlot>(factory, 2)(factory), 1u);
+    using CreateInstance = HRESULT STDMETHODCALLTYPE(void*, IUnknown*, REFIID, void**);
+    ASSERT_EQ(slot<CreateInstance>(factory, 3)(factory, nullptr, IID_IUnknown, &out), S_OK);
+    EXPECT_EQ(static_cast<IUnknown*>(out)->Release(), 0u);
+    using LockServer = HRESULT STDMETHODCALLTYPE(void*, BOOL);
+    EXPECT_EQ(slot<LockServer>(factory, 4)(factory, TRUE), S_OK);
+    EXPECT_EQ(server::can_unload_now(), S_FALSE);
+    EXPECT_EQ(slot<LockServer>(factory, 4)(factory, FALSE), S_OK);
+}
+
 TEST(ClassObject, of_another_class_is_not_available) {
     void* out = &out;
     EXPECT_EQ(server::get_class_object(unknown_iid, IID_IClassFactory, &out), CLASS_E_CLASSNOTAVAILABLE);

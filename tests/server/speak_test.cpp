@@ -184,6 +184,64 @@ TEST(Speak, failing_write_ends_the_call_with_its_failure) {
     EXPECT_EQ(scripted_count(SCRIPTED_WAVE_DELETE), 2u);
 }
 
+TEST(Speak, samples_left_in_sonic_by_a_failure_open_the_next_call) {
+    SpeakingObject o;
+    scripted_add_wave(70000, 5, nullptr, 0);  // 4464 more than one read takes
+    o.site.results["Write"] = {1, E_ABORT};
+    EXPECT_EQ(o.speak(), E_ABORT);
+    o.site.audio.clear();
+    o.site.log.clear();
+    scripted_reset();
+    scripted_add_wave(36, 7, nullptr, 0);
+    EXPECT_EQ(o.speak(), S_OK);
+    EXPECT_EQ(o.site.log, Lines{"write 9000"});
+    EXPECT_EQ(o.site.audio.front(), 5);
+    EXPECT_EQ(o.site.audio[8926], 5);
+    EXPECT_EQ(o.site.audio[8928], 7);
+}
+
+TEST(Speak, code_of_the_last_flush_is_the_result) {
+    SpeakingObject o;
+    const tts_wave_event viseme = event_at(0, TTS_EVENT_VISEME, "a", 0, 0);
+    scripted_add_wave(10, 5, &viseme, 1);
+    o.site.results["Write"] = {1, SP_AUDIO_STOPPED};
+    EXPECT_EQ(o.speak(), SP_AUDIO_STOPPED);
+    EXPECT_EQ(scripted_count(SCRIPTED_STREAMER_SYNTH), 2u);
+}
+
+TEST(Speak, chunks_are_as_long_for_voices_of_other_rates) {
+    for (const char* vox : {"v-16i-mf", "v8v"}) {
+        FakeToken token;
+        token.set("voxPath", vox);
+        ServerObject object;
+        FakeSite site;
+        scripted_reset();
+        ASSERT_EQ(object.set_token(&token), S_OK);
+        const WAVEFORMATEX format = pcm_format(8000);
+        EXPECT_EQ(object.engine->Speak(0, SPDFID_WaveFormatEx, &format, nullptr, &site), S_OK);
+        EXPECT_EQ(calls_of_streamer(scripted_log()),
+                  "tts_dict_cleanup\ntts_streamer_start -1.000000\ntts_streamer_synth 2205\ntts_streamer_stop\n");
+    }
+}
+
+TEST(Speak, flags_and_format_id_play_no_part) {
+    SpeakingObject o;
+    scripted_add_wave(10, 5, nullptr, 0);
+    const Fragment fragment("Hi");
+    EXPECT_EQ(o.object.engine->Speak(0xFFFFFFFF, GUID_NULL, &o.format, &fragment.record, &o.site), S_OK);
+    EXPECT_EQ(o.site.log, Lines{"write 20"});
+}
+
+TEST(Speak, rate_and_volume_are_not_asked_for_without_an_action) {
+    SpeakingObject o;
+    scripted_add_wave(10, 5, nullptr, 0);
+    o.site.rate = 10;
+    o.site.volume = 0;
+    EXPECT_EQ(o.speak(), S_OK);
+    EXPECT_EQ(o.site.calls["GetRate"] + o.site.calls["GetVolume"], 0);
+    EXPECT_EQ(o.site.audio.front(), 5);
+}
+
 TEST(Speak, failing_event_ends_the_call_with_its_failure_and_no_audio) {
     SpeakingObject o;
     const tts_wave_event word = event_at(0, TTS_EVENT_WORD, nullptr, 0, 1);
@@ -207,14 +265,32 @@ TEST(Speak, failing_start_is_logged_with_the_synthesisers_message) {
     scripted_set_message("no such thing");
     scripted_fail(SCRIPTED_STREAMER_START, 1, 0);
     EXPECT_EQ(o.speak(), SPERR_TTS_ENGINE_EXCEPTION);
-    const auto log = server::take_log();
-    ASSERT_EQ(log.size(), 1u);
-    EXPECT_EQ(log[0].type, 1);
-    EXPECT_EQ(log[0].category, 2);
-    EXPECT_EQ(log[0].id, 0xCFFF0202u);
-    EXPECT_EQ(log[0].text, "no such thing");
+    expect_only_entry(0xCFFF0202u, 2, "no such thing");
     EXPECT_EQ(o.site.references(), 0);
     EXPECT_EQ(scripted_count(SCRIPTED_STREAMER_STOP), 0u);
+}
+
+TEST(Speak, text_that_cannot_be_converted_is_logged_and_leaves_the_site_alone) {
+    SpeakingObject o;
+    Fragment fragment("Hi");
+    fragment.record.ulTextLen = 0x80000000;  // more than the rich text counts
+    scripted_reset();
+    EXPECT_EQ(o.speak(&fragment.record), SPERR_TTS_ENGINE_EXCEPTION);
+    expect_only_entry(0xCFFF0102u, 1, "(none)");
+    EXPECT_EQ(o.site.references(), 0);
+    EXPECT_TRUE(o.site.calls.empty());
+    EXPECT_STREQ(scripted_log(), "");
+}
+
+TEST(Speak, text_without_memory_to_convert_it_is_logged_and_leaves_the_site_alone) {
+    SpeakingObject o;
+    const Fragment fragment("Hi");
+    server::fail_allocation(1, true);
+    const HRESULT hr = o.speak(&fragment.record);
+    EXPECT_TRUE(server::stop_failing());
+    EXPECT_EQ(hr, E_OUTOFMEMORY);
+    expect_only_entry(0xCFFF0102u, 1, "(none)");
+    EXPECT_TRUE(o.site.calls.empty());
 }
 
 TEST(Speak, failing_stop_is_ignored) {

@@ -30,11 +30,33 @@ struct LogEntry {
     WORD type;
     WORD category;
     DWORD id;
-    std::string text;  // the insertion string as UTF-8, "(none)" where there is none
+    std::string text;    // the insertion string as UTF-8, "(none)" where there is none
+    std::string source;  // the name under which the log was opened
 };
 
 // Entries of the event log since the last call.
 std::vector<LogEntry> take_log();
+
+// Texts of the message boxes since the last call; none of them is ever shown. The first call begins it.
+std::vector<std::string> take_message_boxes();
+
+// Full path of the module that the server is in.
+WideString module_path();
+
+// What the server writes below HKEY_LOCAL_MACHINE goes to a registry of the tests' own. It is empty but for the folder
+// of classes, or without that one.
+void clear_registry(bool with_class_folder = true);
+
+struct RegistryValue {
+    bool exists = false;
+    DWORD type = 0;
+    std::size_t bytes = 0;
+    WideString text;  // without its NUL
+};
+
+// `key` is named from the folder of classes on.
+bool registry_key_exists(const std::string& key);
+RegistryValue registry_value(const std::string& key, const std::string& name);
 
 // The nth allocation of the server from now on (the first is 1) fails, of whatever kind, and with `for_good` all
 // behind it; stop_failing ends it and tells whether a failure was met.
@@ -45,6 +67,17 @@ bool stop_failing();
 long live_blocks();
 
 }  // namespace server
+
+// The log holds this one entry and nothing else; it is taken.
+inline void expect_only_entry(DWORD id, WORD category, const std::string& text) {
+    const auto log = server::take_log();
+    ASSERT_EQ(log.size(), 1u);
+    EXPECT_EQ(log[0].type, 1);
+    EXPECT_EQ(log[0].category, category);
+    EXPECT_EQ(log[0].id, id);
+    EXPECT_EQ(log[0].text, text);
+    EXPECT_EQ(log[0].source, "Quillmark NELVA SAPI (OEM)");
+}
 
 // One object of the server. All of its interfaces are released with it.
 class ServerObject {

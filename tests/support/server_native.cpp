@@ -78,10 +78,41 @@ HRESULT unregister_server() { return DllUnregisterServer(); }
 std::vector<LogEntry> take_log() {
     std::vector<LogEntry> entries;
     for (const auto& entry : platform_testing::captured_log())
-        entries.push_back(
-            {entry.type, entry.category, entry.event_id, entry.strings.empty() ? "(none)" : entry.strings.front()});
+        entries.push_back({entry.type, entry.category, entry.event_id,
+                           entry.strings.empty() ? "(none)" : entry.strings.front(), narrow(entry.source.c_str())});
     platform_testing::capture_log();
     return entries;
+}
+
+std::vector<std::string> take_message_boxes() {
+    std::vector<std::string> texts;
+    for (const auto& box : platform_testing::captured_message_boxes()) texts.push_back(narrow(box.text.c_str()));
+    platform_testing::capture_message_boxes();
+    return texts;
+}
+
+WideString module_path() {
+    WCHAR path[1024] = {};
+    GetModuleFileNameW(nullptr, path, 1024);
+    return path;
+}
+
+namespace {
+const std::u16string class_folder = u"HKLM\\Software\\Classes\\CLSID";
+std::u16string full_name(const std::string& key) { return class_folder + u"\\" + widen(key); }
+}  // namespace
+
+void clear_registry(bool with_class_folder) {
+    platform_testing::registry_remove_tree(class_folder);
+    if (with_class_folder) platform_testing::registry_create_key(class_folder);
+}
+
+bool registry_key_exists(const std::string& key) { return platform_testing::registry_key_exists(full_name(key)); }
+
+RegistryValue registry_value(const std::string& key, const std::string& name) {
+    platform_testing::RegistryValue value;
+    if (!platform_testing::registry_value(full_name(key), widen(name), &value)) return {};
+    return {true, value.type, value.data.size(), platform_testing::registry_string(full_name(key), widen(name))};
 }
 
 namespace {

@@ -80,15 +80,31 @@ HANDLE WINAPI my_OpenEventLogW(LPCWSTR, LPCWSTR source) {
 }
 BOOL WINAPI my_ReportEventA(HANDLE, WORD type, WORD category, DWORD id, PSID, WORD count, DWORD, LPCSTR* strings,
                             LPVOID) {
-    entries.push_back({type, category, id, count ? strings[0] : "(none)"});
+    entries.push_back({type, category, id, count ? strings[0] : "(none)", log_source});
     return TRUE;
 }
 BOOL WINAPI my_ReportEventW(HANDLE, WORD type, WORD category, DWORD id, PSID, WORD count, DWORD, LPCWSTR* strings,
                             LPVOID) {
-    entries.push_back({type, category, id, count ? narrow(strings[0]) : "(none)"});
+    entries.push_back({type, category, id, count ? narrow(strings[0]) : "(none)", log_source});
     return TRUE;
 }
 BOOL WINAPI my_CloseEventLog(HANDLE) { return TRUE; }
+
+std::vector<std::string> message_boxes;
+
+int WINAPI my_MessageBoxW(HWND, LPCWSTR text, LPCWSTR, UINT) {
+    message_boxes.push_back(narrow(text));
+    return IDOK;
+}
+
+// The class root moves into a key of the tests' own, so that no test touches a registration that is in use.
+const WideString test_root = L"Software\\NelvaServerTest";
+const WideString class_folder = test_root + L"\\Software\\Classes\\CLSID";
+
+LSTATUS WINAPI my_RegOpenKeyExW(HKEY parent, LPCWSTR name, DWORD options, REGSAM access, PHKEY key) {
+    if (parent != HKEY_LOCAL_MACHINE) return RegOpenKeyExW(parent, name, options, access, key);
+    return RegOpenKeyExW(HKEY_CURRENT_USER, (test_root + L"\\" + name).c_str(), options, access, key);
+}
 
 struct Redirection {
     const char* name;
@@ -114,6 +130,8 @@ const std::vector<Redirection>& redirections() {
         {"ReportEventA", address(my_ReportEventA)},
         {"ReportEventW", address(my_ReportEventW)},
         {"CloseEventLog", address(my_CloseEventLog)},
+        {"MessageBoxW", address(my_MessageBoxW)},
+        {"RegOpenKeyExW", address(my_RegOpenKeyExW)},
     };
     return rows;
 }
@@ -178,6 +196,51 @@ std::vector<LogEntry> take_log() {
     std::vector<LogEntry> taken;
     taken.swap(entries);
     return taken;
+}
+
+std::vector<std::string> take_message_boxes() {
+    std::vector<std::string> taken;
+    taken.swap(message_boxes);
+    return taken;
+}
+
+WideString module_path() {
+    WCHAR path[1024] = {};
+    GetModuleFileNameW(dll(), path, 1024);
+    return path;
+}
+
+void clear_registry(bool with_class_folder) {
+    RegDeleteTreeW(HKEY_CURRENT_USER, test_root.c_str());
+    RegDeleteKeyW(HKEY_CURRENT_USER, test_root.c_str());
+    if (!with_class_folder) return;
+    HKEY key = nullptr;
+    EXPECT_EQ(
+        RegCreateKeyExW(HKEY_CURRENT_USER, class_folder.c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr),
+        ERROR_SUCCESS);
+    RegCloseKey(key);
+}
+
+bool registry_key_exists(const std::string& name) {
+    HKEY key = nullptr;
+    const WideString full = class_folder + L"\\" + widen(name);
+    if (RegOpenKeyExW(HKEY_CURRENT_USER, full.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
+    RegCloseKey(key);
+    return true;
+}
+
+RegistryValue registry_value(const std::string& name, const std::string& value) {
+    HKEY key = nullptr;
+    const WideString full = class_folder + L"\\" + widen(name);
+    if (RegOpenKeyExW(HKEY_CURRENT_USER, full.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return {};
+    WCHAR text[1024] = {};
+    DWORD type = 0;
+    DWORD bytes = sizeof text - sizeof(WCHAR);
+    const LSTATUS status =
+        RegQueryValueExW(key, widen(value).c_str(), nullptr, &type, reinterpret_cast<BYTE*>(text), &bytes);
+    RegCloseKey(key);
+    if (status != ERROR_SUCCESS) return {};
+    return {true, type, bytes, text};
 }
 
 void fail_allocation(long nth, bool for_good) {
