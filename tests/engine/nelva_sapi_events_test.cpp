@@ -1,6 +1,9 @@
 // The synthesiser's events on their way to SAPI's.
 #include "engine/nelva_sapi_object.h"
 #include "support/test_object.h"
+#ifndef _WIN32
+#include "platform/testing.h"
+#endif
 
 namespace {
 
@@ -269,5 +272,18 @@ TEST(HandleEvents, negative_count_and_null_events_are_none) {
     EXPECT_EQ(NELVA_SAPI_handle_events(e.self, 0, nullptr, 1, everything, nullptr, 0), S_OK);
     EXPECT_TRUE(e.site.log.empty());
 }
+
+#ifndef _WIN32
+
+TEST(HandleEvents, bookmark_without_memory_is_lost_without_a_word) {
+    Events e;
+    platform_testing::fail_allocation(1);
+    EXPECT_EQ(e.handle({mark("Blost"), mark("Bkept"), mark("P10")}), S_OK);
+    EXPECT_TRUE(platform_testing::allow_allocations());
+    EXPECT_EQ(e.site.log, Lines{"event 4 at 0: 0 kept"});
+    EXPECT_EQ(sonicGetPitch(e.self->sonic), 2.0f);
+}
+
+#endif
 
 }  // namespace

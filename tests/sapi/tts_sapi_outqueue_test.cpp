@@ -2,6 +2,9 @@
 #include "sapi/tts_sapi_outqueue.h"
 
 #include "support/test_object.h"
+#ifndef _WIN32
+#include "platform/testing.h"
+#endif
 
 namespace {
 
@@ -288,3 +291,54 @@ TEST(Outqueue, clear_events_keeps_the_buffer) {
 }
 
 }  // namespace
+
+// Where only the stand-ins can be made to fail.
+#ifndef _WIN32
+
+TEST(Outqueue, viseme_without_memory_is_cleared_and_audio_still_passes) {
+    Queue q;
+    q.self->bytes_per_sec = 32000;
+    SPEVENT event = sapi_event(SPEI_VISEME, 0, 0, 3);
+    platform_testing::fail_allocation(1);
+    EXPECT_EQ(TTS_SAPI_outqueue_put_event(q.self, &event), E_OUTOFMEMORY);
+    EXPECT_TRUE(platform_testing::allow_allocations());
+    EXPECT_EQ(event.eEventId, SPEI_UNDEFINED);
+    EXPECT_EQ(q.self->event_count, 0u);
+    EXPECT_EQ(q.audio(2), S_OK);
+    EXPECT_EQ(q.site.log, Lines{"write 2"});
+}
+
+TEST(Outqueue, audio_without_memory_is_not_taken_and_the_viseme_stays_held) {
+    Queue q;
+    q.self->bytes_per_sec = 32000;
+    q.viseme(0, 3);
+    platform_testing::fail_allocation(1);
+    EXPECT_EQ(q.audio(2), E_OUTOFMEMORY);
+    EXPECT_TRUE(platform_testing::allow_allocations());
+    EXPECT_EQ(q.self->audio_len, 0u);
+    EXPECT_EQ(q.self->event_count, 1u);
+    EXPECT_TRUE(q.site.log.empty());
+}
+
+TEST(Outqueue, bookmarks_string_is_freed_whatever_becomes_of_it) {
+    for (const HRESULT result : {S_OK, E_ABORT}) {
+        Queue q;
+        q.site.results["AddEvents"] = {0, result};
+        const long before = platform_testing::live_cotask_blocks();
+        EXPECT_EQ(q.bookmark(0, "x"), result);
+        EXPECT_EQ(platform_testing::live_cotask_blocks(), before);
+    }
+}
+
+TEST(Outqueue, bookmark_behind_a_viseme_that_cannot_be_delivered_is_freed) {
+    Queue q;
+    q.viseme(0, 3);
+    q.self->event_size = 2;
+    q.site.results["AddEvents"] = {0, E_ABORT};
+    const long before = platform_testing::live_cotask_blocks();
+    EXPECT_EQ(q.bookmark(0, "x"), E_ABORT);
+    EXPECT_EQ(q.site.calls["AddEvents"], 1);
+    EXPECT_EQ(platform_testing::live_cotask_blocks(), before);
+}
+
+#endif

@@ -154,7 +154,7 @@ TEST(ComLayout, slots_of_the_engine_interface) {
     WAVEFORMATEX* format = nullptr;
     EXPECT_EQ(slot<GetOutputFormat>(record, 4)(record, nullptr, nullptr, &id, &format), S_OK);
     EXPECT_EQ(format->nSamplesPerSec, 22050u);
-    CoTaskMemFree(format);
+    server::free_task_block(format);
 }
 
 TEST(ComLayout, slots_of_the_settings_interface) {

@@ -147,6 +147,20 @@ TEST(VoiceSetup, first_language_of_a_list_counts) {
     EXPECT_NE(std::string(scripted_document()).find("xml:lang=\"de\""), std::string::npos);
 }
 
+TEST(VoiceSetup, language_is_a_hexadecimal_number_as_the_c_library_reads_it) {
+    for (const char* language : {"407", "0407", "0x407", "0X407", " 407", "+407", "407x", "407 409"}) {
+        NewVoice s;
+        s.token.attributes.set("Language", language);
+        EXPECT_EQ(s.set(), S_OK) << language;
+        Fragment fragment("x");
+        fragment.record.State.LangID = 0;
+        FakeSite site;
+        const WAVEFORMATEX format = pcm_format(22050);
+        s.object.engine->Speak(0, SPDFID_WaveFormatEx, &format, &fragment.record, &site);
+        EXPECT_NE(std::string(scripted_document()).find("xml:lang=\"de\""), std::string::npos) << language;
+    }
+}
+
 TEST(VoiceSetup, empty_name_is_a_name) {
     NewVoice s;
     s.token.attributes.set("Name", "");
@@ -220,7 +234,7 @@ TEST(OutputFormat, follows_from_the_end_of_the_voice_files_name) {
         EXPECT_EQ(format->nBlockAlign, row.rate ? 2 : 0);
         EXPECT_EQ(format->wBitsPerSample, row.rate ? 16 : 0);
         EXPECT_EQ(format->cbSize, 0);
-        CoTaskMemFree(format);
+        server::free_task_block(format);
     }
 }
 
@@ -232,7 +246,7 @@ TEST(OutputFormat, disregards_what_the_host_would_like) {
     const WAVEFORMATEX wish = pcm_format(48000);
     EXPECT_EQ(s.object.engine->GetOutputFormat(&SPDFID_WaveFormatEx, &wish, &id, &format), S_OK);
     EXPECT_EQ(format->nSamplesPerSec, 22050u);
-    CoTaskMemFree(format);
+    server::free_task_block(format);
 }
 
 TEST(OutputFormat, before_the_token_touches_nothing) {
@@ -253,7 +267,7 @@ TEST(OutputFormat, missing_voice_path_gives_a_block_of_zeros) {
     WAVEFORMATEX* format = nullptr;
     EXPECT_EQ(s.object.engine->GetOutputFormat(nullptr, nullptr, &id, &format), S_OK);
     EXPECT_EQ(format->nSamplesPerSec, 0u);
-    CoTaskMemFree(format);
+    server::free_task_block(format);
 }
 
 TEST(OutputFormat, without_memory_gives_the_null_format) {

@@ -13,6 +13,9 @@ template <typename Interface>
 class Counted : public Interface {
 public:
     explicit Counted(const IID& iid) : iid_(iid) {}
+    ~Counted() { EXPECT_EQ(references_, 0) << "still held at its end"; }
+    Counted(const Counted&) = delete;
+    Counted& operator=(const Counted&) = delete;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** out) override {
         *out = nullptr;

@@ -66,6 +66,9 @@ bool stop_failing();
 // Blocks that the server asked for and has not given back.
 long live_blocks();
 
+// Gives a block back that the server handed out.
+void free_task_block(void* block);
+
 }  // namespace server
 
 // The log holds this one entry and nothing else; it is taken.

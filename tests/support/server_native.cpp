@@ -137,4 +137,6 @@ long live_blocks() {
     return server_blocks().live() + platform_testing::live_global_blocks() + platform_testing::live_cotask_blocks();
 }
 
+void free_task_block(void* block) { CoTaskMemFree(block); }
+
 }  // namespace server

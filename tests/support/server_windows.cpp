@@ -256,4 +256,6 @@ bool stop_failing() {
 
 long live_blocks() { return blocks().live(); }
 
+void free_task_block(void* block) { my_CoTaskMemFree(block); }
+
 }  // namespace server
