@@ -5,18 +5,29 @@
 #include <stdexcept>
 #include <utility>
 
-RecordIndex::RecordIndex(RecordSpan records) : records_(records) {
-    content_before_.reserve(records.size() + 1);
+namespace {
+
+// How many records are walked back over before all are looked at once and for all.
+constexpr std::size_t walked_records = 16;
+
+bool falls(const SpeechtextAttrsRecord& a, const SpeechtextAttrsRecord& b) { return a.position > b.position; }
+
+std::vector<const SpeechtextAttrs*> all_content_before(RecordSpan records) {
+    std::vector<const SpeechtextAttrs*> content_before;
+    content_before.reserve(records.size() + 1);
     const SpeechtextAttrs* content = nullptr;
-    int last = records.empty() ? 0 : records.front().position;
     for (const SpeechtextAttrsRecord& record : records) {
-        content_before_.push_back(content);
+        content_before.push_back(content);
         if (record.attrs->is_contentattrs()) content = record.attrs;
-        if (record.position < last) ascending_ = false;
-        last = record.position;
     }
-    content_before_.push_back(content);
+    content_before.push_back(content);
+    return content_before;
 }
+
+}  // namespace
+
+RecordIndex::RecordIndex(RecordSpan records)
+    : records_(records), ascending_(std::adjacent_find(records.begin(), records.end(), falls) == records.end()) {}
 
 std::size_t RecordIndex::first_not_before(std::size_t pos) const {
     const auto before = [pos](const SpeechtextAttrsRecord& record) { return position_below(record.position, pos); };
@@ -25,23 +36,29 @@ std::size_t RecordIndex::first_not_before(std::size_t pos) const {
     return static_cast<std::size_t>(found - records_.begin());
 }
 
-const SpeechtextAttrs* RecordIndex::content_before(std::size_t index) const { return content_before_[index]; }
+const SpeechtextAttrs* RecordIndex::content_before(std::size_t index) const {
+    const std::size_t stop = index > walked_records ? index - walked_records : 0;
+    for (std::size_t at = index; at > stop; --at) {
+        if (records_[at - 1].attrs->is_contentattrs()) return records_[at - 1].attrs;
+    }
+    if (stop == 0) return nullptr;
+    if (content_before_.empty()) content_before_ = all_content_before(records_);
+    return content_before_[index];
+}
 
-void Draft::append_attrs(int position, const SpeechtextAttrs* borrowed) {
+AttrsTail::Merge Draft::append_attrs(int position, const SpeechtextAttrs* borrowed) {
     // Nothing is ever changed through the pointer; the record type has no const form.
     SpeechtextAttrs* const object = const_cast<SpeechtextAttrs*>(borrowed);
-    switch (tail_.decide(records, position, *object)) {
-        case AttrsTail::Merge::drop:
-            return;
-        case AttrsTail::Merge::replace_last:
-            records.back().attrs = object;
-            tail_.replaced(records);
-            return;
-        case AttrsTail::Merge::add:
-            records.push_back({position, object});
-            tail_.added(records);
-            return;
+    const AttrsTail::Merge merge = tail_.decide(records, position, *object);
+    if (merge == AttrsTail::Merge::replace_last) {
+        records.back().attrs = object;
+        tail_.replaced(records);
+        if (records.size() > 1) replaced_ = true;
+    } else if (merge == AttrsTail::Merge::add) {
+        records.push_back({position, object});
+        tail_.added(records);
     }
+    return merge;
 }
 
 // The slice append of Speechtext: the bytes [pos, pos + n) under the attributes in force at pos, with the records of
@@ -70,24 +87,36 @@ void Draft::clear() {
     text.clear();
     records.clear();
     tail_.forget();
+    replaced_ = false;
 }
 
-// One result object, returned without a move: a moved text merges its records anew.
+// One result object, returned without a move: a moved text may merge its records anew.
 Speechtext Draft::finished() const {
     Speechtext result;
-    result.reserve(text.size(), records.size());
-    result += text;
-    for (const SpeechtextAttrsRecord& record : records) result.append_attrs(record.position, *record.attrs);
-    if (result.attrsvec_size() == records.size()) return result;
-
-    // Where a record replaced another, its neighbours may be such as the rule would merge now; they stay.
-    result = Speechtext();
     result.reserve(text.size(), records.size());
     result += text;
     for (const SpeechtextAttrsRecord& record : records) {
         result.attrs.push_back({record.position, nullptr});
         result.attrs.back().attrs = record.attrs->clone();
     }
+    result.learn_records(!replaced_);
+    return result;
+}
+
+Speechtext Draft::finished(std::span<SpeechtextAttrs** const> owners) && {
+    const auto owner = [owners](std::size_t i) { return owners.empty() ? nullptr : owners[i]; };
+    Speechtext result;
+    result.attrs.reserve(records.size());
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        result.attrs.push_back({records[i].position, nullptr});
+        if (!owner(i)) result.attrs.back().attrs = records[i].attrs->clone();
+    }
+    // Nothing fails from here on.
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        if (owner(i)) result.attrs[i].attrs = std::exchange(*owner(i), nullptr);
+    }
+    result.text = std::move(text);
+    result.learn_records(!replaced_);
     return result;
 }
 

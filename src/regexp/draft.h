@@ -20,7 +20,8 @@
 
 using RecordSpan = std::span<const SpeechtextAttrsRecord>;
 
-// Finds the records of a slice in logarithmic time. Belongs to a vector that does not change meanwhile.
+// Finds the records of a slice in logarithmic time. Belongs to a vector that does not change meanwhile. One thread at a
+// time uses it.
 class RecordIndex {
 public:
     explicit RecordIndex(RecordSpan records);
@@ -33,7 +34,8 @@ public:
 private:
     RecordSpan records_;
     bool ascending_ = true;
-    std::vector<const SpeechtextAttrs*> content_before_;
+    // Made when it is first needed: for most texts a short walk back does.
+    mutable std::vector<const SpeechtextAttrs*> content_before_;
 };
 
 // What slices are taken from.
@@ -52,9 +54,11 @@ public:
     // Borrowed objects.
     std::vector<SpeechtextAttrsRecord> records;
 
-    // As the Speechtext operations of these names.
-    void append_attrs(int position, const SpeechtextAttrs* borrowed);
-    void append_at_end(const SpeechtextAttrs* borrowed) { append_attrs(static_cast<int>(text.size()), borrowed); }
+    // As the Speechtext operations of these names; they tell what became of the record.
+    AttrsTail::Merge append_attrs(int position, const SpeechtextAttrs* borrowed);
+    AttrsTail::Merge append_at_end(const SpeechtextAttrs* borrowed) {
+        return append_attrs(static_cast<int>(text.size()), borrowed);
+    }
     void append(const RichView& source, std::size_t pos, std::size_t n);
     void pop_attrs();
     const SpeechtextTextAttrs* contentattrs_at_end() const { return tail_.last_contentattrs(records); }
@@ -63,9 +67,15 @@ public:
     void clear();
     // The text with clones of the records, these and no others.
     Speechtext finished() const;
+    // The same, leaving this draft without its text. owners is empty, or says of each record which pointer owns its
+    // object, null for none: such an object is taken, and null left in its place, instead of being cloned. No owner may
+    // be named twice. Nothing is taken if this throws.
+    Speechtext finished(std::span<SpeechtextAttrs** const> owners) &&;
 
 private:
     AttrsTail tail_;
+    // Did a record take the place of one behind another? Its neighbours may be such as the rule would merge now.
+    bool replaced_ = false;
 };
 
 // Objects made during a rewrite, for drafts to point to.

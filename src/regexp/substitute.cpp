@@ -1,7 +1,9 @@
 // Search and replace.
 //
 // PCRE is called directly, since a replacement string needs the offsets of all groups. The text stays as it is while
-// matches are found; each becomes an edit, and all edits are made at the end.
+// matches are found. Each becomes an edit, which is made in a new text at once. Where an edit comes that does not stand
+// behind the one before (a group in front of its match, or one that took no part), that is dropped, and the search
+// begins anew with a list of all edits.
 #include <pcre.h>
 
 #include <memory>
@@ -75,25 +77,30 @@ private:
     int offsets_[vector_size] = {};
 };
 
-// Knows where edits were made. The search goes on from the place of an edit, so that an edit that is made a second time
-// would be made for ever.
-class Places {
+// The search goes on from the place of an edit, so that an edit that is made a second time would be made for ever.
+enum class Seen { never, before, unknown };
+
+// Knows where edits were made as long as each of them lies behind the one before, which is nearly always so.
+class RisingPlaces {
 public:
-    // False if this place was given before.
-    bool add(Place place) {
-        // Nearly always each place lies behind all others.
-        if (places_.empty() || places_.back() < place) {
-            if (!sorted_.empty()) sorted_.insert(place);
-            places_.push_back(place);
-            return true;
-        }
-        if (sorted_.empty()) sorted_.insert(places_.begin(), places_.end());
-        return sorted_.insert(place).second;
+    Seen add(Place place) {
+        if (place == last_) return Seen::before;
+        if (place < last_) return Seen::unknown;
+        last_ = place;
+        return Seen::never;
     }
 
 private:
-    std::vector<Place> places_;  // rising
-    std::set<Place> sorted_;     // all, as soon as one came out of order
+    Place last_ = {0, -1};
+};
+
+// Knows where edits were made.
+class AllPlaces {
+public:
+    Seen add(Place place) { return places_.insert(place).second ? Seen::never : Seen::before; }
+
+private:
+    std::set<Place> places_;
 };
 
 std::size_t next_character(const std::string& subject, std::size_t pos, bool utf8) {
@@ -104,16 +111,18 @@ std::size_t next_character(const std::string& subject, std::size_t pos, bool utf
 
 // Calls add_edit(place of the group, offsets of all groups, their number) for each match that is to be replaced. Behind
 // a match without length, one with length is sought at the same place before the search moves on by one character.
-template <class AddEdit>
-void for_each_edit(Search& search, const std::string& subject, int group, bool utf8, AddEdit add_edit) {
-    Places places;
+// Gives up, with false, at a place that is not known to be new.
+template <class Places, class AddEdit>
+bool for_each_edit(Search& search, const std::string& subject, int group, bool utf8, Places places, AddEdit add_edit) {
     bool after_empty = false;
     for (std::size_t pos = 0; pos <= subject.size();) {
         const int count = search.find(pos, after_empty ? PCRE_ANCHORED | PCRE_NOTEMPTY : 0);
         const bool found = count > 0;
-        if (!found && !after_empty) return;
+        if (!found && !after_empty) return true;
         const Place place = search.span(group);
-        if (!found || !places.add(place)) {
+        const Seen seen = found ? places.add(place) : Seen::before;
+        if (seen == Seen::unknown) return false;
+        if (seen == Seen::before) {
             pos = next_character(subject, pos, utf8);
             after_empty = false;
             continue;
@@ -122,6 +131,7 @@ void for_each_edit(Search& search, const std::string& subject, int group, bool u
         pos = static_cast<std::size_t>(place.second);
         after_empty = place.first == place.second;
     }
+    return true;
 }
 
 // The text attributes in force at the starts of the edits, found in one walk.
@@ -144,38 +154,101 @@ private:
     const SpeechtextTextAttrs* content_ = nullptr;
 };
 
+// Edits that cannot be made as they are found: all new bytes in one string, all new records in one vector.
+class WaitingEdits {
+public:
+    std::string bytes;
+    std::vector<SpeechtextAttrsRecord> records;  // borrowed objects
+
+    // The edit's new bytes and records are those that were added since the last edit.
+    void add(Place place, const RE_Options& options) {
+        edits_.push_back({place.first,
+                          group_length(place.first, place.second),
+                          {},
+                          {},
+                          options.preserve_marks(),
+                          options.preserve_breaks()});
+        ends_.emplace_back(bytes.size(), records.size());
+    }
+
+    // To be called once, when all are there.
+    std::vector<Edit>& edits() {
+        std::pair<std::size_t, std::size_t> from;
+        for (std::size_t i = 0; i < edits_.size(); ++i) {
+            edits_[i].bytes = std::string_view(bytes).substr(from.first, ends_[i].first - from.first);
+            edits_[i].records = RecordSpan(records).subspan(from.second, ends_[i].second - from.second);
+            from = ends_[i];
+        }
+        return edits_;
+    }
+
+private:
+    std::vector<Edit> edits_;
+    std::vector<std::pair<std::size_t, std::size_t>> ends_;  // of their bytes and records
+};
+
+// Room for a text that gets a little longer.
+std::size_t expected_size(std::size_t old_size) { return old_size + old_size / 8; }
+
+std::string with_waiting_edits(Search& search, int group, StringRewriter& rewriter, const std::string& str,
+                               const RE_Options& options) {
+    WaitingEdits waiting;
+    for_each_edit(search, str, group, options.utf8(), AllPlaces(), [&](Place place, const int* groups, int count) {
+        rewriter.evaluate(groups, count, &waiting.bytes);
+        waiting.add(place, options);
+    });
+    return apply_edits(str, waiting.edits());
+}
+
+Speechtext with_waiting_edits(Search& search, int group, TextRewriter& rewriter, const Speechtext& text,
+                              const RE_Options& options) {
+    WaitingEdits waiting;
+    AttributesInForce attributes(text);
+    for_each_edit(search, text.as_string(), group, options.utf8(), AllPlaces(),
+                  [&](Place place, const int* groups, int count) {
+                      const Draft& result = rewriter.evaluate(groups, count, attributes.at(place.first));
+                      waiting.bytes += result.text;
+                      waiting.records.insert(waiting.records.end(), result.records.begin(), result.records.end());
+                      waiting.add(place, options);
+                  });
+    return apply_edits(text, waiting.edits());
+}
+
 bool substitute_in_string(Search& search, int group, const std::string& rewrite, std::string* str,
                           const RE_Options& options) {
-    EditList list;
     StringRewriter rewriter(*str, rewrite);
-    for_each_edit(search, *str, group, options.utf8(), [&](Place place, const int* groups, int count) {
-        const std::size_t bytes_at = list.bytes.size();
-        rewriter.evaluate(groups, count, &list.bytes);
-        list.add(place.first, group_length(place.first, place.second), bytes_at, 0, options.preserve_marks(),
-                 options.preserve_breaks());
-    });
-    if (list.edits.empty()) return false;
-    *str = apply_edits(*str, list);
+    StringEdits edits(*str);
+    bool found = false;
+    const bool all = for_each_edit(search, *str, group, options.utf8(), RisingPlaces(),
+                                   [&](Place place, const int* groups, int count) {
+                                       if (!found) edits.reserve(expected_size(str->size()));
+                                       found = true;
+                                       rewriter.evaluate(groups, count, &edits.begin(place.first));
+                                       edits.end(group_length(place.first, place.second));
+                                   });
+    if (all && !found) return false;
+    *str = all ? edits.finish() : with_waiting_edits(search, group, rewriter, *str, options);
     return true;
 }
 
 bool substitute_in_text(Search& search, int group, const std::string& rewrite, Speechtext* text,
                         const RE_Options& options) {
-    EditList list;
     const Speechtext rich_rewrite((Match(rewrite)));
     TextRewriter rewriter(*text, rich_rewrite, options);
+    TextEdits edits(*text, TextEdits::Consuming());
     AttributesInForce attributes(*text);
-    for_each_edit(search, text->as_string(), group, options.utf8(), [&](Place place, const int* groups, int count) {
-        const std::size_t bytes_at = list.bytes.size();
-        const std::size_t records_at = list.records.size();
-        const Draft& result = rewriter.evaluate(groups, count, attributes.at(place.first));
-        list.bytes += result.text;
-        list.records.insert(list.records.end(), result.records.begin(), result.records.end());
-        list.add(place.first, group_length(place.first, place.second), bytes_at, records_at, options.preserve_marks(),
-                 options.preserve_breaks());
-    });
-    if (list.edits.empty()) return false;
-    *text = apply_edits(*text, list);
+    bool found = false;
+    const bool all =
+        for_each_edit(search, text->as_string(), group, options.utf8(), RisingPlaces(),
+                      [&](Place place, const int* groups, int count) {
+                          if (!found) edits.reserve(expected_size(text->size()), text->attrsvec_size());
+                          found = true;
+                          const Draft& result = rewriter.evaluate(groups, count, attributes.at(place.first));
+                          edits.make({place.first, group_length(place.first, place.second), result.text, result.records,
+                                      options.preserve_marks(), options.preserve_breaks()});
+                      });
+    if (all && !found) return false;
+    *text = all ? edits.finish() : with_waiting_edits(search, group, rewriter, *text, options);
     return true;
 }
 

@@ -1,5 +1,6 @@
 // Edits of one text attribute over ranges of bytes: the engine, in one forward walk over the records.
 #include <stdexcept>
+#include <utility>
 
 #include "regexp/draft.h"
 #include "regexp/match_offset.h"
@@ -37,10 +38,10 @@ public:
         if (apply) result_.append_attrs(end_of(mod), *current_);
     }
 
-    // What a copy of the finished text holds.
+    // What a copy of the finished text holds, as does a moved one.
     Speechtext finish() {
         for (; it_ != end_; ++it_) result_.append_attrs(it_->position, *it_->attrs);
-        return Speechtext(result_);
+        return Speechtext(std::move(result_));
     }
 
 private:

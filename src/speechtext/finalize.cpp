@@ -179,8 +179,5 @@ void Speechtext::finalize(bool keep_final_attrs) {
         if (!finalisation.is_kept(i)) delete attrs[i].attrs;
     }
     attrs.swap(finalisation.take_new_records());
-    tail_.learn(attrs);
-    replayable_ = false;
-    ascending_ = std::is_sorted(attrs.begin(), attrs.end(),
-                                [](const auto& a, const auto& b) { return a.position < b.position; });
+    learn_records(false);
 }

@@ -50,6 +50,14 @@ void Speechtext::delete_records() {
     replayable_ = ascending_ = true;
 }
 
+// For records that came into the vector past the merging rule.
+void Speechtext::learn_records(bool replayable) noexcept {
+    tail_.learn(attrs);
+    replayable_ = replayable;
+    ascending_ = std::is_sorted(attrs.begin(), attrs.end(),
+                                [](const auto& a, const auto& b) { return a.position < b.position; });
+}
+
 // Keeps the vector's growth geometric: reserving exactly, append by append, would move it each time.
 void Speechtext::reserve_records(std::size_t count) {
     if (count > attrs.capacity()) attrs.reserve(std::max(count, 2 * attrs.capacity()));

@@ -149,8 +149,10 @@ public:
 
 private:
     friend class SpeechtextSsmlEncoder;
+    friend class Draft;
 
     void delete_records();
+    void learn_records(bool replayable) noexcept;
     void reserve_records(std::size_t count);
     void replay_own_records() noexcept;
     std::size_t first_record_at(std::size_t pos) const;

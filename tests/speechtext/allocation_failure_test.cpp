@@ -6,6 +6,7 @@
 #include <functional>
 #include <new>
 
+#include "regexp/regexp.h"
 #include "speechtext/ssml_encoder.h"
 #include "speechtext/texts.h"
 
@@ -131,6 +132,31 @@ bool always(const SpeechtextTextAttrs*, const SpeechtextTextAttrs*) { return tru
 TEST(AllocationFailure, walks) {
     expect_clean_failures([](Speechtext& text) { text.split_by_contextattrs(always); });
     expect_clean_failures([](Speechtext& text) { makelower(text); });
+}
+
+// The new text takes records of the old one over: none may be lost or owned twice on the way.
+TEST(AllocationFailure, substitution) {
+    const regexp::RE_Options options;
+    expect_clean_failures([&](Speechtext& text) { regexp::RE::sub("e", "a longer replacement", &text, options); });
+    expect_clean_failures([&](Speechtext& text) { regexp::RE::sub("(?s)e.*e", "\\{raw:\\0\\}", &text, options); });
+    expect_clean_failures([&](Speechtext& text) { regexp::RE::sub1("(?<=(t))e", "T", &text, options); });
+}
+
+TEST(AllocationFailure, substitution_leaves_the_text) {
+    const std::string before = sample().to_debugstr();
+    bool failed = true;
+    for (long allowed = 0; failed; ++allowed) {
+        Speechtext text = sample();
+        failed = false;
+        allocations_left = allowed;
+        try {
+            regexp::RE::sub("[a-z]+", "word", &text, regexp::RE_Options());
+        } catch (const std::bad_alloc&) {
+            failed = true;
+        }
+        allocations_left = -1;
+        ASSERT_EQ(text.to_debugstr() == before, failed);
+    }
 }
 
 }  // namespace

@@ -1,0 +1,381 @@
+// The rewriting layer and the passes over rich text, on a megabyte of prose with 10,000 matches and a record every 50
+// bytes: `sub` and the scan beside a bare loop over pcre_exec (and other libraries, where they are at hand), rich text
+// beside plain text, and four times the text beside the text.
+
+#include <pcre.h>
+
+#include <cstdlib>
+#include <functional>
+#include <list>
+#include <memory>
+#include <regex>
+
+#include "ratio_table.h"
+#include "regexp/regexp.h"
+#include "regexp/replacer.h"
+#include "rewriting_texts.h"
+
+#ifdef NELVA_BENCH_PCRE2
+#define PCRE2_CODE_UNIT_WIDTH 8
+#include <pcre2.h>
+#endif
+#ifdef NELVA_BENCH_RE2
+#include <re2/re2.h>
+#endif
+#ifdef NELVA_BENCH_ICU
+#include <unicode/regex.h>
+#endif
+
+namespace {
+
+constexpr std::size_t record_distance = 50;
+
+const char* const dozen =
+    "monday|tuesday|wednesday|thursday|friday|saturday|sunday|january|february|april|october|december";
+
+// One substitution, as the different libraries write it.
+struct Substitution {
+    std::string name;
+    std::string pattern;
+    std::string rewrite;         // with \1
+    std::string dollar_rewrite;  // with $1
+    bool caseless = false;
+};
+
+const std::vector<Substitution> substitutions = {
+    {"literal", "engine", "machine", "machine"}, {"rare_literal", "zebra", "horse", "horse"},
+    {"ing", "(\\w+)ing", "\\1ed", "$1ed"},       {"vowels", "[aeiou]", "*", "*"},
+    {"decimals", "\\d+\\.\\d+", "some", "some"}, {"dozen", dozen, "someday", "someday", true},
+};
+
+regexp::RE_Options options_of(const Substitution& wanted) { return regexp::RE_Options().set_caseless(wanted.caseless); }
+
+// ---- The yardstick: pcre_exec in a loop, UTF-8 checked once --------------------------------------------------------
+
+struct PcreFree {
+    void operator()(pcre* compiled) const { pcre_free(compiled); }
+};
+
+class BareLoop {
+public:
+    BareLoop(const std::string& pattern, bool caseless) {
+        const char* error = nullptr;
+        int offset = 0;
+        compiled_.reset(
+            pcre_compile(pattern.c_str(), PCRE_UTF8 | (caseless ? PCRE_CASELESS : 0), &error, &offset, nullptr));
+    }
+
+    template <class OnMatch>
+    void run(const std::string& text, OnMatch on_match) const {
+        int offsets[48];
+        const int size = static_cast<int>(text.size());
+        int options = 0;
+        for (int at = 0; pcre_exec(compiled_.get(), nullptr, text.data(), size, at, options, offsets, 48) > 0;) {
+            on_match(offsets);
+            at = offsets[1];
+            options = PCRE_NO_UTF8_CHECK;
+        }
+    }
+
+private:
+    std::unique_ptr<pcre, PcreFree> compiled_;
+};
+
+// The value is the text in front of "\1", if that is there, the group, and the text behind it.
+std::string bare_substitute(const Substitution& wanted, const std::string& text) {
+    const std::size_t reference = wanted.rewrite.find("\\1");
+    const bool has_group = reference != std::string::npos;
+    const std::string tail = has_group ? wanted.rewrite.substr(reference + 2) : wanted.rewrite;
+    std::string out;
+    int copied = 0;
+    BareLoop(wanted.pattern, wanted.caseless).run(text, [&](const int* offsets) {
+        out.append(text, static_cast<std::size_t>(copied), static_cast<std::size_t>(offsets[0] - copied));
+        if (has_group) {
+            out.append(text, static_cast<std::size_t>(offsets[2]), static_cast<std::size_t>(offsets[3] - offsets[2]));
+        }
+        out += tail;
+        copied = offsets[1];
+    });
+    out.append(text, static_cast<std::size_t>(copied), std::string::npos);
+    return out;
+}
+
+// ---- Other libraries -----------------------------------------------------------------------------------------------
+
+std::string std_substitute(const Substitution& wanted, const std::string& text) {
+    const auto flags = wanted.caseless ? std::regex::ECMAScript | std::regex::icase : std::regex::ECMAScript;
+    return std::regex_replace(text, std::regex(wanted.pattern, flags), wanted.dollar_rewrite);
+}
+
+#ifdef NELVA_BENCH_PCRE2
+std::string pcre2_substitute_all(const Substitution& wanted, const std::string& text) {
+    const auto bytes = [](const std::string& string) { return reinterpret_cast<PCRE2_SPTR>(string.data()); };
+    int error = 0;
+    PCRE2_SIZE offset = 0;
+    pcre2_code* const code =
+        pcre2_compile(bytes(wanted.pattern), wanted.pattern.size(), PCRE2_UTF | (wanted.caseless ? PCRE2_CASELESS : 0),
+                      &error, &offset, nullptr);
+    std::string out(2 * text.size(), '\0');
+    PCRE2_SIZE size = out.size();
+    pcre2_substitute(code, bytes(text), text.size(), 0, PCRE2_SUBSTITUTE_GLOBAL, nullptr, nullptr,
+                     bytes(wanted.dollar_rewrite), wanted.dollar_rewrite.size(),
+                     reinterpret_cast<PCRE2_UCHAR*>(out.data()), &size);
+    out.resize(size);
+    pcre2_code_free(code);
+    return out;
+}
+#endif
+
+#ifdef NELVA_BENCH_RE2
+std::string re2_substitute(const Substitution& wanted, const std::string& text) {
+    RE2::Options options;
+    options.set_case_sensitive(!wanted.caseless);
+    std::string out(text);
+    RE2::GlobalReplace(&out, RE2(wanted.pattern, options), wanted.rewrite);
+    return out;
+}
+#endif
+
+#ifdef NELVA_BENCH_ICU
+// From UTF-8 and back, as a program with UTF-8 text has to.
+std::string icu_substitute(const Substitution& wanted, const std::string& text) {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::UnicodeString subject = icu::UnicodeString::fromUTF8(text);
+    icu::RegexMatcher matcher(icu::UnicodeString::fromUTF8(wanted.pattern), subject,
+                              wanted.caseless ? UREGEX_CASE_INSENSITIVE : 0, status);
+    std::string out;
+    matcher.replaceAll(icu::UnicodeString::fromUTF8(wanted.dollar_rewrite), status).toUTF8String(out);
+    return out;
+}
+#endif
+
+// ---- Substitution --------------------------------------------------------------------------------------------------
+
+using Body = std::function<void(benchmark::State&)>;
+
+void add(const std::string& name, const Body& body) {
+    repeated(benchmark::RegisterBenchmark(name.c_str(), body))->MinTime(0.02);
+}
+
+void require(bool holds, const std::string& what) {
+    if (holds) return;
+    std::fprintf(stderr, "rewriting_bench: %s\n", what.c_str());
+    std::exit(2);
+}
+
+std::string substituted(const Substitution& wanted, std::string text) {
+    regexp::RE::sub(wanted.pattern, wanted.rewrite, &text, options_of(wanted));
+    return text;
+}
+
+Speechtext substituted(const Substitution& wanted, Speechtext text) {
+    regexp::RE::sub(wanted.pattern, wanted.rewrite, &text, options_of(wanted));
+    return text;
+}
+
+// All libraries have to do the same work.
+void add_library(const std::string& library, const Substitution& wanted, const std::string& text,
+                 std::string (*substitute)(const Substitution&, const std::string&)) {
+    require(substitute(wanted, text) == bare_substitute(wanted, text), library + " gives another text: " + wanted.name);
+    add(library + "_" + wanted.name, [wanted, &text, substitute](benchmark::State& state) {
+        for (auto _ : state) {
+            const std::string out = substitute(wanted, text);
+            benchmark::DoNotOptimize(out.data());
+        }
+    });
+}
+
+// The text that is rewritten is copied, and the result freed, outside of the time that counts.
+template <class Text>
+void add_own(const std::string& name, const Substitution& wanted, const Text& text) {
+    add(name, [wanted, &text](benchmark::State& state) {
+        const regexp::RE_Options options = options_of(wanted);
+        for (auto _ : state) {
+            state.PauseTiming();
+            Text rewritten(text);
+            state.ResumeTiming();
+            regexp::RE::sub(wanted.pattern, wanted.rewrite, &rewritten, options);
+            state.PauseTiming();
+            rewritten = Text();
+            state.ResumeTiming();
+        }
+    });
+}
+
+void add_substitutions(const std::string& plain, const Speechtext& rich) {
+    for (const Substitution& wanted : substitutions) {
+        const std::string expected = bare_substitute(wanted, plain);
+        require(substituted(wanted, plain) == expected, "sub gives another text: " + wanted.name);
+        require(substituted(wanted, rich).as_string() == expected, "sub gives another rich text: " + wanted.name);
+        add_library("bare", wanted, plain, bare_substitute);
+        add_own("string_" + wanted.name, wanted, plain);
+        add_own("speechtext_" + wanted.name, wanted, rich);
+#ifdef NELVA_BENCH_PCRE2
+        add_library("pcre2", wanted, plain, pcre2_substitute_all);
+#endif
+#ifdef NELVA_BENCH_RE2
+        add_library("re2", wanted, plain, re2_substitute);
+#endif
+#ifdef NELVA_BENCH_ICU
+        add_library("icu", wanted, plain, icu_substitute);
+#endif
+        add_library("std", wanted, plain, std_substitute);
+    }
+}
+
+// ---- Scanning ------------------------------------------------------------------------------------------------------
+
+struct Scan {
+    std::string name;
+    std::string pattern;
+};
+
+const std::vector<Scan> scans = {
+    {"literal", "(engine)"}, {"ing", "(\\w+)ing"}, {"decimals", "(\\d+\\.\\d+)"}, {"words", "(\\w+)"}};
+
+long scan_bare(const BareLoop& loop, const std::string& text) {
+    long bytes = 0;
+    loop.run(text, [&bytes](const int* offsets) { bytes += offsets[3] - offsets[2]; });
+    return bytes;
+}
+
+long scan_own(regexp::RE& re, const Speechtext& text) {
+    long bytes = 0;
+    regexp::Match rest(text), found;
+    while (re.FindAndConsume(&rest, &found)) bytes += found.size();
+    return bytes;
+}
+
+void add_scans(const std::string& plain, const Speechtext& rich) {
+    for (const Scan& scan : scans) {
+        const auto loop = std::make_shared<BareLoop>(scan.pattern, false);
+        const auto re = std::make_shared<regexp::RE>(scan.pattern);
+        require(scan_own(*re, rich) == scan_bare(*loop, plain), "the scan finds something else: " + scan.name);
+        add("scan_bare_" + scan.name, [loop, &plain](benchmark::State& state) {
+            for (auto _ : state) benchmark::DoNotOptimize(scan_bare(*loop, plain));
+        });
+        add("scan_own_" + scan.name, [re, &rich](benchmark::State& state) {
+            for (auto _ : state) benchmark::DoNotOptimize(scan_own(*re, rich));
+        });
+    }
+}
+
+// ---- Four times the text -------------------------------------------------------------------------------------------
+
+// A text with what is done to it. The results are freed within the time that counts.
+struct Job {
+    Speechtext text;
+    std::list<replacement> edits;
+    std::list<textattrmod<std::string>> roles;
+
+    explicit Job(std::size_t size) : text(with_records(prose(size), record_distance)) {
+        regexp::RE number("(\\d+\\.\\d+)");
+        regexp::Match rest(text), found;
+        while (number.FindAndConsume(&rest, &found)) {
+            const int start = static_cast<int>(found.data() - text.data());
+            edits.emplace_back(start, static_cast<std::size_t>(found.size()), std::string("a number"));
+            roles.emplace_back(text, found, "type:number", false);
+        }
+    }
+};
+
+bool other_paragraph(const SpeechtextTextAttrs* previous, const SpeechtextTextAttrs* next) {
+    return !Textlocation::same_paragraph(previous->location, next->location);
+}
+
+bool other_sentence(const SpeechtextTextAttrs* previous, const SpeechtextTextAttrs* next) {
+    return previous->location != next->location;
+}
+
+template <class Operation>
+void add_job(const std::string& name, const Job& job, const Job& four, Operation operation) {
+    const auto body = [operation](const Job& on) {
+        return [&on, operation](benchmark::State& state) {
+            for (auto _ : state) operation(on, state);
+        };
+    };
+    add(name + "_1", body(job));
+    add(name + "_4", body(four));
+}
+
+void finalize_copy(const Job& job, benchmark::State& state) {
+    state.PauseTiming();
+    Speechtext text(job.text);
+    state.ResumeTiming();
+    text.finalize(true);
+    state.PauseTiming();
+    text = Speechtext();
+    state.ResumeTiming();
+}
+
+void add_linear(const Job& job, const Job& four) {
+    add_job("finalize", job, four, finalize_copy);
+    add_job("adjust_whitespace", job, four,
+            [](const Job& on, benchmark::State&) { benchmark::DoNotOptimize(on.text.adjust_whitespace().size()); });
+    add_job("split_paragraphs", job, four, [](const Job& on, benchmark::State&) {
+        benchmark::DoNotOptimize(on.text.split_by_contextattrs(other_paragraph).size());
+    });
+    add_job("split_sentences", job, four, [](const Job& on, benchmark::State&) {
+        benchmark::DoNotOptimize(on.text.split_by_contextattrs(other_sentence).size());
+    });
+    add_job("do_replacements", job, four, [](const Job& on, benchmark::State&) {
+        benchmark::DoNotOptimize(do_replacements(on.text, on.edits).size());
+    });
+    add_job("do_setroles", job, four,
+            [](const Job& on, benchmark::State&) { benchmark::DoNotOptimize(do_setroles(on.text, on.roles).size()); });
+    add_job("copy", job, four,
+            [](const Job& on, benchmark::State&) { benchmark::DoNotOptimize(Speechtext(on.text).size()); });
+}
+
+// ---- The table -----------------------------------------------------------------------------------------------------
+
+// Keeps what the rows point to.
+class Table {
+public:
+    void row(const std::string& measure, const std::string& numerator, const std::string& denominator, double limit) {
+        rows_.push_back({keep(measure), keep(numerator), keep(denominator), 1, limit});
+    }
+    const std::vector<Ratio>& rows() const { return rows_; }
+
+private:
+    const char* keep(const std::string& name) { return kept_.emplace_back(name).c_str(); }
+
+    std::list<std::string> kept_;
+    std::vector<Ratio> rows_;
+};
+
+Table wanted_ratios() {
+    Table table;
+    for (const Substitution& wanted : substitutions) {
+        const std::string& name = wanted.name;
+        const std::string title = "sub, " + name + ": ";
+        table.row(title + "string against pcre_exec in a loop", "string_" + name, "bare_" + name, 1.5);
+        table.row(title + "Speechtext against string", "speechtext_" + name, "string_" + name, 3);
+        for (const char* library : {"pcre2", "re2", "icu", "std"}) {
+            table.row(title + library + " against pcre_exec in a loop", library + ("_" + name), "bare_" + name, 0);
+        }
+    }
+    for (const Scan& scan : scans) {
+        table.row("scan of a Speechtext, " + scan.name + ": against pcre_exec in a loop", "scan_own_" + scan.name,
+                  "scan_bare_" + scan.name, 2);
+    }
+    for (const char* name : {"finalize", "adjust_whitespace", "split_paragraphs", "split_sentences", "do_replacements",
+                             "do_setroles", "copy"}) {
+        table.row(std::string(name) + ": 4 times the text", std::string(name) + "_4", std::string(name) + "_1", 4.5);
+    }
+    return table;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const std::string plain = prose(megabyte);
+    const Speechtext rich = with_records(plain, record_distance);
+    const Job job(megabyte);
+    const Job four(4 * megabyte);
+    add_substitutions(plain, rich);
+    add_scans(plain, rich);
+    add_linear(job, four);
+    const Table table = wanted_ratios();
+    return run_benchmarks_and_print_ratios(argc, argv, table.rows());
+}
