@@ -244,7 +244,15 @@ private:
     static void print(const char* format, Number value, std::string* tag) {
         char buffer[100];
         const int n = std::snprintf(buffer, sizeof buffer, format, value);
-        if (n >= 1 && n < 100) *tag += buffer;
+        if (n < 1 || n >= 100) return;
+        // The library that mingw-w64 brings drops the sign of what is not a number; it is written as everywhere else.
+        std::string text = buffer;
+        const std::size_t nan = text.find("nan");
+        if (nan != std::string::npos && std::signbit(value)) {
+            const bool has_sign = text[nan - 1] == '+' || text[nan - 1] == '-';
+            text.replace(nan - has_sign, has_sign, "-");
+        }
+        *tag += text;
     }
 
     void start_prosody(const Attrs& ta) {

@@ -5,6 +5,7 @@
 
 #include <bit>
 #include <clocale>
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <limits>
@@ -13,6 +14,8 @@
 namespace {
 
 std::string printed(double value, int precision, NumberSign sign) {
+    // The library that mingw-w64 brings drops the sign of what is not a number; it is shown as everywhere else.
+    if (std::isnan(value)) return std::signbit(value) ? "-nan" : sign == NumberSign::always ? "+nan" : "nan";
     char buffer[400];
     std::snprintf(buffer, sizeof buffer, sign == NumberSign::always ? "%+.*f" : "%.*f", precision, value);
     return buffer;
