@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "regexp/replacer.h"
+#include "speechtext/record_prefetch.h"
 
 namespace {
 
@@ -176,6 +177,7 @@ void TextEdits::restore_content() {
 
 void TextEdits::add_moved(std::size_t index) {
     const SpeechtextAttrsRecord& record = old_.attrs[index];
+    prefetch_records_behind(old_.attrs, index);
     add(position_shifted(record.position, result_.text.size() - in_), record.attrs,
         consumed_ ? &consumed_->attrs[index].attrs : nullptr);
 }

@@ -5,6 +5,7 @@
 #include "regexp/draft.h"
 #include "regexp/match_offset.h"
 #include "regexp/replacer.h"
+#include "speechtext/record_prefetch.h"
 
 textattrmod_base::textattrmod_base(const Speechtext&, int start_at, std::size_t byte_length, bool forced)
     : start(start_at), length(byte_length), force(forced) {}
@@ -53,6 +54,7 @@ private:
     // record to move on to, from where the last edit counted.
     void records_up_to(int start) {
         for (; it_ != end_ && it_->position <= start; range_ = ++it_) {
+            prefetch_records_behind({it_, end_}, 0);
             result_.append_attrs(it_->position, *it_->attrs);
             if (content_of(it_)) current_ = content_of(it_);
         }

@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "speechtext/record_prefetch.h"
 #include "speechtext/speechtext.h"
 
 namespace {
@@ -33,7 +34,10 @@ public:
         for (std::size_t next = 0; next < records_.size() || scan_ < text_.size();) {
             scan_text(next < records_.size() ? records_[next].position : static_cast<int>(text_.size()));
             if (need_emit_ && current_) write_current();
-            if (next < records_.size()) take(next++);
+            if (next < records_.size()) {
+                prefetch_records_behind(records_, next);
+                take(next++);
+            }
         }
         finish(keep_final_attrs);
     }

@@ -7,6 +7,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "speechtext/record_prefetch.h"
 #include "speechtext/speechtext.h"
 
 namespace {
@@ -52,6 +53,7 @@ void Speechtext::quiet_empty_duplicates() {
     Occurrences audio, transcription;
     int previous_position = -1;
     for (std::size_t i = 0; i < attrs.size(); ++i) {
+        prefetch_records_behind(attrs, i);
         if (!attrs[i].attrs->is_contentattrs()) continue;
         const auto& content = static_cast<const SpeechtextTextAttrs&>(*attrs[i].attrs);
         const bool same_position = attrs[i].position == previous_position;

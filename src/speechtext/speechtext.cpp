@@ -5,6 +5,8 @@
 #include <memory>
 #include <utility>
 
+#include "speechtext/record_prefetch.h"
+
 namespace {
 
 // Positions are signed and bounds unsigned; a position in front of the text is below any bound.
@@ -23,7 +25,7 @@ Speechtext& Speechtext::operator=(const Speechtext& other) {
     reserve_records(other.attrs.size());
     text = other.text;
     delete_records();
-    for (const SpeechtextAttrsRecord& record : other.attrs) append_attrs(record.position, *record.attrs);
+    append_shifted(other, 0);
     return *this;
 }
 
@@ -44,7 +46,10 @@ Speechtext& Speechtext::operator=(Speechtext&& other) noexcept {
 Speechtext::~Speechtext() { delete_records(); }
 
 void Speechtext::delete_records() {
-    for (const SpeechtextAttrsRecord& record : attrs) delete record.attrs;
+    for (std::size_t i = 0; i < attrs.size(); ++i) {
+        prefetch_records_behind(attrs, i);
+        delete attrs[i].attrs;
+    }
     attrs.clear();
     tail_.forget();
     replayable_ = ascending_ = true;
@@ -61,6 +66,13 @@ void Speechtext::learn_records(bool replayable) noexcept {
 // Keeps the vector's growth geometric: reserving exactly, append by append, would move it each time.
 void Speechtext::reserve_records(std::size_t count) {
     if (count > attrs.capacity()) attrs.reserve(std::max(count, 2 * attrs.capacity()));
+}
+
+void Speechtext::append_shifted(const Speechtext& other, std::size_t base) {
+    for (std::size_t i = 0; i < other.attrs.size(); ++i) {
+        prefetch_records_behind(other.attrs, i);
+        append_attrs(shifted(other.attrs[i].position, base), *other.attrs[i].attrs);
+    }
 }
 
 // A moved text has to hold what a copied one would.
@@ -89,7 +101,7 @@ Speechtext& Speechtext::operator+=(const Speechtext& other) {
     const std::size_t base = text.size();
     text += other.text;
     reserve_records(attrs.size() + other.attrs.size());
-    for (const SpeechtextAttrsRecord& record : other.attrs) append_attrs(shifted(record.position, base), *record.attrs);
+    append_shifted(other, base);
     return *this;
 }
 

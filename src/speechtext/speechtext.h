@@ -154,6 +154,7 @@ private:
     void delete_records();
     void learn_records(bool replayable) noexcept;
     void reserve_records(std::size_t count);
+    void append_shifted(const Speechtext& other, std::size_t base);
     void replay_own_records() noexcept;
     std::size_t first_record_at(std::size_t pos) const;
 

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "speechtext/record_prefetch.h"
 #include "speechtext/speechtext.h"
 
 namespace {
@@ -37,24 +38,32 @@ void Speechtext::scan_and_do_callbacks(void* context, void (*on_text)(void*, int
 std::list<Speechtext> Speechtext::split_by_contextattrs(bool (*differ)(const SpeechtextTextAttrs* previous,
                                                                        const SpeechtextTextAttrs* next)) const {
     std::list<Speechtext> pieces;
-    Speechtext piece;
     const SpeechtextTextAttrs* previous = nullptr;
-    std::size_t start = 0;
-    const auto end_piece = [&](std::size_t end) {
-        if (end > start && start < text.size()) piece.append(text.data() + start, std::min(end, text.size()) - start);
-        if (previous || !piece.empty()) pieces.push_back(std::move(piece));
-        piece = Speechtext();
-    };
-    for (const SpeechtextAttrsRecord& record : attrs) {
-        const SpeechtextTextAttrs* content = contentattrs_of(record);
-        if (content && (!previous || differ(previous, content))) {
-            const std::size_t cut = static_cast<std::size_t>(std::max(record.position, 0));
-            end_piece(cut);
-            previous = content;
-            start = cut;
+    std::size_t start = 0;         // where the piece begins in the text,
+    std::size_t first_record = 0;  // and among the records
+    const auto add_piece = [&](std::size_t end, std::size_t end_record) {
+        const std::size_t from = std::min(start, text.size());
+        const std::size_t bytes = std::max(std::min(end, text.size()), from) - from;
+        if (!previous && bytes == 0) return;
+        Speechtext& piece = pieces.emplace_back();
+        piece.reserve(bytes, end_record - first_record);
+        piece.append(text.data() + from, bytes);
+        for (std::size_t i = first_record; i < end_record; ++i) {
+            prefetch_records_behind(attrs, i);
+            piece.append_attrs(attrs[i].position - static_cast<int>(start), *attrs[i].attrs);
         }
-        piece.append_attrs(record.position - static_cast<int>(start), *record.attrs);
+        // A piece holds what a copy of it would.
+        if (!piece.replayable_) piece.replay_own_records();
+    };
+    for (std::size_t i = 0; i < attrs.size(); ++i) {
+        const SpeechtextTextAttrs* content = contentattrs_of(attrs[i]);
+        if (!content || (previous && !differ(previous, content))) continue;
+        const std::size_t cut = static_cast<std::size_t>(std::max(attrs[i].position, 0));
+        add_piece(cut, i);
+        previous = content;
+        start = cut;
+        first_record = i;
     }
-    end_piece(text.size());
+    add_piece(text.size(), attrs.size());
     return pieces;
 }
