@@ -395,8 +395,8 @@ Table wanted_ratios() {
     for (const char* name : {"finalize", "adjust_whitespace", "split_paragraphs", "split_sentences", "do_replacements",
                              "do_setroles", "copy"}) {
         const std::string row(name);
-        table.row(row + ": 4 times the text, per text of four", row + "_4", row + "_1111", 4.5, 0.25);
-        table.row(row + ": 4 times the text, against one alone", row + "_4", row + "_1", 0);
+        table.row(row + ": 4 MB against four texts of 1 MB, times 4", row + "_4", row + "_1111", 4.5, 0.25);
+        table.row(row + ": 4 MB against one text of 1 MB", row + "_4", row + "_1", 0);
     }
     return table;
 }
