@@ -40,34 +40,13 @@ void write_part(std::uint32_t* target, std::uint32_t first, std::size_t offset, 
 
 }  // namespace
 
-std::uint32_t HostPositions::Run::units() const {
-    switch (shape()) {
-        case one_position:
-            return 0;
-        case 4:
-            return 2 * count();
-        default:
-            return count();
-    }
-}
-
 std::size_t HostPositions::Run::bytes() const {
     return shape() == one_position ? count() : static_cast<std::size_t>(count()) * shape();
 }
 
-// Lengthens the last run if this one goes on from it; gives how many of `count` it took.
-std::size_t HostPositions::join_last(std::uint32_t position, std::size_t count, unsigned int shape) {
-    if (runs_.empty()) return 0;
-    Run& last = runs_.back();
-    if (last.shape() != shape || last.first + last.units() != position) return 0;
-    const std::size_t joined = std::min<std::size_t>(count, most_in_a_run - last.count());
-    last.shape_and_count += static_cast<std::uint32_t>(joined);
-    return joined;
-}
-
-void HostPositions::add_long_run(std::uint32_t position, std::size_t count, unsigned int shape) {
+// The characters from `done` on, in runs that are not too long.
+void HostPositions::add_new_runs(std::uint32_t position, std::size_t count, unsigned int shape, std::size_t done) {
     const std::uint32_t units = shape == one_position ? 0 : shape == 4 ? 2 : 1;
-    std::size_t done = join_last(position, count, shape);
     while (done < count) {
         const auto part = static_cast<std::uint32_t>(std::min<std::size_t>(count - done, most_in_a_run));
         runs_.push_back({position + static_cast<std::uint32_t>(done) * units, shape << count_bits | part});
@@ -168,6 +147,13 @@ std::uint32_t* HostPositionCursor::take_part(std::uint32_t* target, std::size_t 
 }
 
 void HostPositionCursor::take(std::uint32_t* target, std::size_t count) {
+    // The common case by far: some words of a long run of ASCII.
+    if (run_ != runs_end_ && run_->shape() == 1 && count < run_->count() - offset_) {
+        const auto from = run_->first + static_cast<std::uint32_t>(offset_);
+        for (std::size_t i = 0; i < count; ++i) target[i] = from + static_cast<std::uint32_t>(i);
+        offset_ += count;
+        return;
+    }
     std::uint32_t* const target_end = target + count;
     while (target != target_end && run_ != runs_end_) {
         if (offset_ == 0) target = take_whole_runs(target, target_end);

@@ -7,6 +7,7 @@
 #ifndef NELVA_FRAGMENTS_HOST_POSITIONS_H
 #define NELVA_FRAGMENTS_HOST_POSITIONS_H
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -52,18 +53,40 @@ private:
 
     void add_run(std::uint32_t position, std::size_t count, unsigned int shape);
     std::size_t join_last(std::uint32_t position, std::size_t count, unsigned int shape);
-    void add_long_run(std::uint32_t position, std::size_t count, unsigned int shape);
+    void add_new_runs(std::uint32_t position, std::size_t count, unsigned int shape, std::size_t done);
 
     std::vector<Run> runs_;
     std::uint32_t end_ = 0;
 };
 
-// A run that neither goes on from the one before nor is too long for one is the common case in mixed text.
+inline std::uint32_t HostPositions::Run::units() const {
+    switch (shape()) {
+        case one_position:
+            return 0;
+        case 4:
+            return 2 * count();
+        default:
+            return count();
+    }
+}
+
+// Lengthens the last run if this one goes on from it; gives how many of `count` it took.
+inline std::size_t HostPositions::join_last(std::uint32_t position, std::size_t count, unsigned int shape) {
+    if (runs_.empty()) return 0;
+    Run& last = runs_.back();
+    if (last.shape() != shape || last.first + last.units() != position) return 0;
+    const std::size_t joined = std::min<std::size_t>(count, most_in_a_run - last.count());
+    last.shape_and_count += static_cast<std::uint32_t>(joined);
+    return joined;
+}
+
+// A run that goes on from the one before as a whole, or is a new one and not too long, is the common case.
 inline void HostPositions::add_run(std::uint32_t position, std::size_t count, unsigned int shape) {
-    const bool may_join = !runs_.empty() && runs_.back().shape() == shape;
-    if (may_join || count > most_in_a_run) {
-        add_long_run(position, count, shape);
-    } else if (count > 0) {
+    const std::size_t done = join_last(position, count, shape);
+    if (done == count) return;
+    if (done > 0 || count > most_in_a_run) {
+        add_new_runs(position, count, shape, done);
+    } else {
         runs_.push_back({position, shape << count_bits | static_cast<std::uint32_t>(count)});
     }
 }

@@ -60,19 +60,41 @@ std::size_t find_markup(std::string_view ssml, std::size_t i) {
     return i;
 }
 
-// The offset behind the tag that opens at `i`. A ">" between quotes does not end it, and only the quote that opened
-// closes again.
-std::size_t behind_tag(std::string_view ssml, std::size_t i) {
-    char quote = 0;
-    while (i < ssml.size()) {
-        const char c = ssml[i++];
-        if (quote != 0) {
-            if (c == quote) quote = 0;
+// Tells where a tag ends, byte by byte. A ">" between quotes does not end it, and only the quote that opened closes
+// again.
+class TagEnd {
+public:
+    bool is_at(char c) {
+        if (quote_ != 0) {
+            if (c == quote_) quote_ = 0;
         } else if (c == '"' || c == '\'') {
-            quote = c;
-        } else if (c == '>') {
-            break;
+            quote_ = c;
+        } else {
+            return c == '>';
         }
+        return false;
+    }
+
+private:
+    char quote_ = 0;
+};
+
+// The offset behind the tag that opens at `i`. Bytes that mean nothing to its end are passed over in blocks.
+std::size_t behind_tag(std::string_view ssml, std::size_t i) {
+    TagEnd end;
+#ifdef __SSE2__
+    for (; ssml.size() - i >= 16; i += 16) {
+        const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(ssml.data() + i));
+        const auto holds = [block](char c) { return _mm_cmpeq_epi8(block, _mm_set1_epi8(c)); };
+        const __m128i hits = _mm_or_si128(holds('>'), _mm_or_si128(holds('"'), holds('\'')));
+        for (auto mask = static_cast<unsigned>(_mm_movemask_epi8(hits)); mask != 0; mask &= mask - 1) {
+            const std::size_t at = i + static_cast<std::size_t>(__builtin_ctz(mask));
+            if (end.is_at(ssml[at])) return at + 1;
+        }
+    }
+#endif
+    while (i < ssml.size()) {
+        if (end.is_at(ssml[i++])) break;
     }
     return i;
 }
@@ -82,14 +104,27 @@ std::size_t behind_entity(std::string_view ssml, std::size_t i) {
     return semicolon == std::string_view::npos ? ssml.size() : semicolon + 1;
 }
 
+// Writes `position` to [target, target_end), in front of room_end. Tags are short and many, so where there is room
+// whole blocks are written, and what follows goes over what is too much.
+void fill_tag(std::uint32_t* target, const std::uint32_t* target_end, const std::uint32_t* room_end,
+              std::uint32_t position) {
+    constexpr std::ptrdiff_t block = 8;
+    while (target < target_end && room_end - target >= block) {
+        for (std::ptrdiff_t k = 0; k < block; ++k) target[k] = position;
+        target += block;
+    }
+    while (target < target_end) *target++ = position;
+}
+
 template <typename Cursor>
 void fill(std::uint32_t* map, std::string_view ssml, Cursor text) {
+    const std::uint32_t* const map_end = map + ssml.size() + 1;
     std::size_t i = 0;
     while (i < ssml.size()) {
         const std::size_t start = i;
         if (ssml[i] == '<') {
             i = behind_tag(ssml, i);
-            std::fill_n(map + start, i - start, text.next());
+            fill_tag(map + start, map + i, map_end, text.next());
         } else if (ssml[i] == '&') {
             i = behind_entity(ssml, i);
             std::fill_n(map + start, i - start, text.next());

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstring>
 #include <stdexcept>
 
 #include "fragments/host_positions.h"
@@ -58,6 +59,14 @@ std::size_t narrow_ascii(const WCHAR* units, std::size_t count, char* bytes) {
         const __m128i beyond = _mm_and_si128(_mm_or_si128(low, high), beyond_ascii);
         if (_mm_movemask_epi8(_mm_cmpeq_epi16(beyond, _mm_setzero_si128())) != 0xFFFF) break;
         _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes + i), _mm_packus_epi16(low, high));
+    }
+    // A short fragment's word is all in here.
+    for (; count - i >= 4; i += 4) {
+        const __m128i four = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(units + i));
+        const __m128i beyond = _mm_and_si128(four, beyond_ascii);
+        if (_mm_movemask_epi8(_mm_cmpeq_epi16(beyond, _mm_setzero_si128())) != 0xFFFF) break;
+        const int narrowed = _mm_cvtsi128_si32(_mm_packus_epi16(four, four));
+        std::memcpy(bytes + i, &narrowed, 4);
     }
 #endif
     for (; i < count && is_ascii(units[i]); ++i) bytes[i] = static_cast<char>(units[i]);

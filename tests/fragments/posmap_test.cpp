@@ -70,6 +70,20 @@ TEST(Posmap, quote_may_open_again_in_the_same_tag) {
     EXPECT_EQ(posmap("<m a=\"1\" b='>'>x", {1, 2}), (repeated(16, 1) + Positions{2}));
 }
 
+TEST(Posmap, tag_ends_at_the_same_byte_wherever_its_quotes_stand) {
+    // Each quote, the ">" in it and the end once at every offset of a block and across its border.
+    for (std::size_t padding = 0; padding < 40; ++padding) {
+        const std::string tag = "<m" + std::string(padding, ' ') + "a=\"'>\" b='\">'/>";
+        EXPECT_EQ(posmap(tag + "xy", {1, 2, 3}), (repeated(tag.size() + 1, 1) + Positions{2, 3})) << padding;
+        EXPECT_EQ(posmap(tag + std::string(40, 'x'), {7}), repeated(tag.size() + 41, 7)) << padding;
+    }
+}
+
+TEST(Posmap, quote_that_is_open_across_blocks_hides_every_greater_than) {
+    const std::string tag = "<m n=\"" + std::string(50, '>') + "\"/>";
+    EXPECT_EQ(posmap(tag + std::string(20, 'x'), {4}), repeated(tag.size() + 21, 4));
+}
+
 TEST(Posmap, unterminated_tag_runs_to_the_end) { EXPECT_EQ(posmap("a<b", {1, 2}), (Positions{1, 2, 2, 2})); }
 
 TEST(Posmap, unterminated_quote_runs_to_the_end) {

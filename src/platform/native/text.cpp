@@ -32,37 +32,52 @@ bool is_ascii_block(const char16_t* source) {
     return ((words[0] | words[1] | words[2] | words[3]) & 0xFF80FF80FF80FF80u) == 0;
 }
 
+bool is_pair(const char16_t* source, const char16_t* end) {
+    return end - source >= 2 && is_high_surrogate(source[0]) && is_low_surrogate(source[1]);
+}
+
+char32_t character_of_pair(const char16_t* pair) { return 0x10000 + ((pair[0] & 0x3FFu) << 10) + (pair[1] & 0x3FFu); }
+
 // The character at `source`, which moves behind it. A lone surrogate reads as U+FFFD.
 char32_t take_utf16(const char16_t*& source, const char16_t* end) {
-    const char16_t unit = *source++;
-    if (!is_surrogate(unit)) return unit;
-    if (!is_high_surrogate(unit) || source == end || !is_low_surrogate(*source)) return 0xFFFD;
-    return 0x10000 + ((unit & 0x3FFu) << 10) + (*source++ & 0x3FFu);
+    const char16_t* const start = source++;
+    if (!is_surrogate(*start)) return *start;
+    if (!is_pair(start, end)) return 0xFFFD;
+    ++source;
+    return character_of_pair(start);
 }
 
 std::size_t utf8_size(char32_t character) {
     return character < 0x80 ? 1 : character < 0x800 ? 2 : character < 0x10000 ? 3 : 4;
 }
 
+char continuation(char32_t bits) { return static_cast<char>(0x80 | (bits & 0x3F)); }
+
+char* put_four_bytes(char* target, char32_t character) {
+    target[0] = static_cast<char>(0xF0 | character >> 18);
+    target[1] = continuation(character >> 12);
+    target[2] = continuation(character >> 6);
+    target[3] = continuation(character);
+    return target + 4;
+}
+
 char* put_utf8(char* target, char32_t character) {
     switch (utf8_size(character)) {
         case 1:
-            *target++ = static_cast<char>(character);
-            return target;
+            target[0] = static_cast<char>(character);
+            return target + 1;
         case 2:
-            *target++ = static_cast<char>(0xC0 | character >> 6);
-            break;
+            target[0] = static_cast<char>(0xC0 | character >> 6);
+            target[1] = continuation(character);
+            return target + 2;
         case 3:
-            *target++ = static_cast<char>(0xE0 | character >> 12);
-            *target++ = static_cast<char>(0x80 | (character >> 6 & 0x3F));
-            break;
+            target[0] = static_cast<char>(0xE0 | character >> 12);
+            target[1] = continuation(character >> 6);
+            target[2] = continuation(character);
+            return target + 3;
         default:
-            *target++ = static_cast<char>(0xF0 | character >> 18);
-            *target++ = static_cast<char>(0x80 | (character >> 12 & 0x3F));
-            *target++ = static_cast<char>(0x80 | (character >> 6 & 0x3F));
+            return put_four_bytes(target, character);
     }
-    *target++ = static_cast<char>(0x80 | (character & 0x3F));
-    return target;
 }
 
 std::size_t measure_utf8(const char16_t* source, const char16_t* end) {
@@ -90,6 +105,11 @@ char* encode_utf8(const char16_t* source, const char16_t* end, char* target, con
             }
             if (source == end) break;
         }
+        // Pairs come in rows.
+        for (; is_pair(source, end) && limit - target >= 4; source += 2) {
+            target = put_four_bytes(target, character_of_pair(source));
+        }
+        if (source == end) break;
         const char32_t character = take_utf16(source, end);
         if (static_cast<std::size_t>(limit - target) < utf8_size(character)) return nullptr;
         target = put_utf8(target, character);
