@@ -69,6 +69,8 @@ public:
     std::size_t hash() const;
 
 private:
+    friend class SpeechtextSsmlEncoder;  // reads the id without copying it
+
     std::string id_;
     bool invisible_ = false;
 };

@@ -89,12 +89,6 @@ void AttrsTail::learn(Records records) noexcept {
     known_last_ = records.empty() ? nullptr : records.back().attrs;
 }
 
-bool AttrsTail::knows(Records records) const {
-    if (known_count_ == 0) return true;
-    return known_count_ <= records.size() && records[known_count_ - 1].attrs == known_last_ &&
-           (content_end_ == 0 || records[content_end_ - 1].attrs->is_contentattrs());
-}
-
 // One past the last text attribute record of the first count records, 0 without one.
 std::size_t AttrsTail::content_end(Records records, std::size_t count) const {
     const bool known = knows(records) && content_end_ <= count;
@@ -115,7 +109,11 @@ const SpeechtextTextAttrs* AttrsTail::last_contentattrs(Records records) const {
 
 void AttrsTail::added(Records records) noexcept {
     const Records before = records.first(records.size() - 1);
-    content_end_ = content_end(records, records.size());
+    if (records.back().attrs->is_contentattrs()) {
+        content_end_ = records.size();
+    } else if (!knows_all(before)) {
+        content_end_ = content_end(before, before.size());
+    }
     known_count_ = records.size();
     known_last_ = records.back().attrs;
     if (!index_) return;
@@ -147,11 +145,6 @@ void AttrsTail::popping(Records records) noexcept {
     known_last_ = rest.empty() ? nullptr : rest.back().attrs;
 }
 
-AttrsTail::Merge AttrsTail::decide(Records records, int position, const SpeechtextAttrs& attrs) {
-    if (attrs.is_contentattrs()) return decide_content(records, position, attrs);
-    return repeated(records, position, attrs) ? Merge::drop : Merge::add;
-}
-
 AttrsTail::Merge AttrsTail::decide_content(Records records, int position, const SpeechtextAttrs& attrs) const {
     if (!records.empty() && records.back().position == position && records.back().attrs->is_contentattrs()) {
         const auto& last = static_cast<const SpeechtextTextAttrs&>(*records.back().attrs);
@@ -163,9 +156,9 @@ AttrsTail::Merge AttrsTail::decide_content(Records records, int position, const 
     return in_force && *in_force == attrs ? Merge::drop : Merge::add;
 }
 
-// Is there an equal record among those at exactly this position at the end?
-bool AttrsTail::repeated(Records records, int position, const SpeechtextAttrs& attrs) {
-    if (records.empty() || records.back().position != position) return false;
+// Is there an equal record among those at the last position?
+bool AttrsTail::repeated_at_last(Records records, const SpeechtextAttrs& attrs) {
+    const int position = records.back().position;
     if (is_hashed_class(attrs)) {
         const Index* index = index_for(records);
         if (index && !index->foreign) return index->holds(attrs);

@@ -52,7 +52,7 @@ private:
     bool knows(Records records) const;
     std::size_t content_end(Records records, std::size_t count) const;
     Merge decide_content(Records records, int position, const SpeechtextAttrs& attrs) const;
-    bool repeated(Records records, int position, const SpeechtextAttrs& attrs);
+    bool repeated_at_last(Records records, const SpeechtextAttrs& attrs);
     const Index* index_for(Records records);
 
     // The first known_count_ records are known: the last text attribute record among them is the one before
@@ -62,6 +62,19 @@ private:
     const SpeechtextAttrs* known_last_ = nullptr;
     std::unique_ptr<Index> index_;
 };
+
+inline bool AttrsTail::knows(Records records) const {
+    if (known_count_ == 0) return true;
+    return known_count_ <= records.size() && records[known_count_ - 1].attrs == known_last_ &&
+           (content_end_ == 0 || records[content_end_ - 1].attrs->is_contentattrs());
+}
+
+// A mark or break at a new position, the common case, is decided at once.
+inline AttrsTail::Merge AttrsTail::decide(Records records, int position, const SpeechtextAttrs& attrs) {
+    if (attrs.is_contentattrs()) return decide_content(records, position, attrs);
+    const bool is_first_here = records.empty() || records.back().position != position;
+    return is_first_here || !repeated_at_last(records, attrs) ? Merge::add : Merge::drop;
+}
 
 // Applies the rule to records as if they were appended one by one to an empty vector, in place, without cloning.
 // dropped(object) gets each object that does not stay. Returns how many records stay, at the front.

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "speechtext/ssml_encoder.h"
 #include "speechtext/ssml_number.h"
@@ -68,23 +69,26 @@ std::string legacy_percentage(float factor) {
     return (digits.front() == '-' ? "" : "+") + digits + "%";
 }
 
-void append_mark_tag(const SpeechtextMark& mark, std::string* out) {
-    *out += "<mark";
-    const std::string id = mark.id();
-    if (!id.empty()) add_attribute("name", id, out);
-    *out += mark.invisible() ? " qm:invisible=\"true\"/>" : "/>";
-}
-
 }  // namespace
 
+const std::string& SpeechtextSsmlEncoder::tag_of(const SpeechtextMark& mark) {
+    if (!mark_tag.empty() && mark.id_ == mark_tag_id && mark.invisible() == mark_tag_invisible) return mark_tag;
+    mark_tag.clear();  // so that it is made anew if there is no memory for the rest
+    mark_tag_id = mark.id_;
+    mark_tag_invisible = mark.invisible();
+    std::string tag = "<mark";
+    if (!mark.id_.empty()) add_attribute("name", mark.id_, &tag);
+    tag += mark.invisible() ? " qm:invisible=\"true\"/>" : "/>";
+    return mark_tag = std::move(tag);
+}
+
 void SpeechtextSsmlEncoder::add_ssml_mark(const SpeechtextMark& mark) {
+    const std::string& tag = tag_of(mark);
     if (raw_depth == 0) {
-        append_mark_tag(mark, &ssml);
-        return;
+        ssml += tag;
+    } else {
+        insert_tag(tag);
     }
-    std::string tag;
-    append_mark_tag(mark, &tag);
-    insert_tag(tag);
 }
 
 // Of breaks with nothing written between them, the first one wins.

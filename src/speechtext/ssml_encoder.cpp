@@ -25,15 +25,6 @@ const SpeechtextTextAttrs* contentattrs_of(const SpeechtextAttrsRecord& record) 
     return record.attrs->is_contentattrs() ? static_cast<const SpeechtextTextAttrs*>(record.attrs) : nullptr;
 }
 
-// Short runs are common where marks stand between words, and mostly need no encoding.
-bool is_short_and_plain(std::string_view bytes) {
-    constexpr std::size_t short_run = 32;
-    const auto is_plain = [](char c) {
-        return c >= ' ' && c < 0x7F && c != '<' && c != '>' && c != '&' && c != '"' && c != '\'';
-    };
-    return bytes.size() <= short_run && std::all_of(bytes.begin(), bytes.end(), is_plain);
-}
-
 bool is_named(const char* name, const char* other) { return std::strcmp(name, other) == 0; }
 
 }  // namespace
@@ -73,7 +64,7 @@ void SpeechtextSsmlEncoder::write_document(std::string_view bytes, Records recor
         const SpeechtextAttrsRecord& record = records[i];
         if (record.position > 0 && static_cast<std::size_t>(record.position) > written) {
             const std::size_t end = static_cast<std::size_t>(record.position);
-            if (written < bytes.size()) write_run(bytes.substr(written, end - written));
+            if (written < bytes.size()) write_run(bytes, written, std::min(end, bytes.size()));
             written = end;
         }
         if (const SpeechtextTextAttrs* ta = contentattrs_of(record)) {
@@ -103,14 +94,20 @@ void SpeechtextSsmlEncoder::write_point(const SpeechtextAttrs& point) {
     }
 }
 
-void SpeechtextSsmlEncoder::write_run(std::string_view bytes) {
+// Where marks stand between words, runs are short and mostly need no encoding; how far that goes is looked up for many
+// of them at once.
+void SpeechtextSsmlEncoder::write_run(std::string_view text, std::size_t begin, std::size_t end) {
+    const std::string_view run = text.substr(begin, end - begin);
     if (current.raw) {
-        count_raw_tags(bytes);
-        ssml += bytes;
-    } else if (is_short_and_plain(bytes)) {
-        ssml += bytes;  // as encoding it would
+        count_raw_tags(run);
+        ssml += run;
+        return;
+    }
+    if (begin >= plain_end) plain_end = begin + plain_xml_length(text.data() + begin, text.size() - begin);
+    if (end <= plain_end) {
+        ssml += run;  // as encoding it would
     } else {
-        append_encoded_xml_utf8(&ssml, bytes.data(), bytes.size(), 0);
+        append_encoded_xml_utf8(&ssml, run.data(), run.size(), 0);
     }
 }
 

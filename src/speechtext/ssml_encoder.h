@@ -64,7 +64,7 @@ private:
     void write_document(std::string_view text, Records records);
     void write_header(const SpeechtextTextAttrs& first);
     void write_point(const SpeechtextAttrs& point);
-    void write_run(std::string_view bytes);
+    void write_run(std::string_view text, std::size_t begin, std::size_t end);
     void write_end(std::string_view rest);
     void count_raw_tags(std::string_view bytes);
 
@@ -76,6 +76,7 @@ private:
     void start_language(const std::string& language);
     void start_say_as(const SayAs& say_as);
 
+    const std::string& tag_of(const SpeechtextMark& mark);
     void add_ssml_mark(const SpeechtextMark& mark);
     void add_ssml_break(const SpeechtextBreak& pause);
     void add_ssml_start_p(const SpeechtextTextAttrs& ta);
@@ -105,5 +106,11 @@ private:
     std::size_t raw_depth = 0;       // how many raw elements are open that must stay in one piece
     std::size_t raw_insert_at = 0;   // where marks and breaks go while there is one
     std::size_t last_break_end = 0;  // just behind the last break written
+    std::size_t plain_end = 0;       // the text from the run written last up to here needs no encoding
     std::string version;
+
+    // The tag made last, and for which mark. Most marks of a document bear the name of the one before.
+    std::string mark_tag;
+    std::string mark_tag_id;
+    bool mark_tag_invisible = false;
 };

@@ -144,3 +144,7 @@ std::string encode_xml_utf8_bytes(const char* bytes, std::size_t length, int fla
 // Appends to *out what encode_xml_utf8_bytes returns, header included if asked for. `bytes` must not lie in *out.
 // Growth is amortised over many calls. After an exception (out of memory) *out may hold a part of the result.
 void append_encoded_xml_utf8(std::string* out, const char* bytes, std::size_t length, int flags);
+
+// How many bytes in front are ASCII that the encoding leaves as it is. Asked again and again for what lies behind the
+// stretch and one more byte, it takes linear time in all.
+std::size_t plain_xml_length(const char* bytes, std::size_t length);

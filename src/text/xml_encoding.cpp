@@ -196,6 +196,18 @@ void append_encoded_xml_utf8(std::string* out, const char* bytes, std::size_t le
     collected.flush();
 }
 
+std::size_t plain_xml_length(const char* bytes, std::size_t length) {
+    std::size_t plain = 0;
+    while (length - plain >= block_size) {
+        const text_detail::byte_mask others = text_detail::not_plain(bytes + plain);
+        if (others != 0) return plain + static_cast<std::size_t>(std::countr_zero(others));
+        plain += block_size;
+    }
+    std::array<char, block_size> last{};  // its NULs are not plain
+    if (plain < length) std::memcpy(last.data(), bytes + plain, length - plain);
+    return plain + static_cast<std::size_t>(std::countr_zero(text_detail::not_plain(last.data())));
+}
+
 std::string encode_xml_utf8_bytes(const char* bytes, std::size_t length, int flags) {
     std::string result;
     append_encoded_xml_utf8(&result, bytes, length, flags);

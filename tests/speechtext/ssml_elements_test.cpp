@@ -83,6 +83,18 @@ TEST(SsmlMark, has_a_name_and_may_be_invisible) {
     EXPECT_EQ(encoder.mark(invisible), "<mark name=\"m\" qm:invisible=\"true\"/>");
 }
 
+TEST(SsmlMark, after_another_has_its_own_name_and_visibility) {
+    Access encoder("1.0");
+    SpeechtextMark invisible(3, "m");
+    invisible.invisible(true);
+    EXPECT_EQ(encoder.mark(SpeechtextMark(1, "m")), "<mark name=\"m\"/>");
+    EXPECT_EQ(encoder.mark(SpeechtextMark(2, "m")), "<mark name=\"m\"/>");
+    EXPECT_EQ(encoder.mark(invisible), "<mark name=\"m\" qm:invisible=\"true\"/>");
+    EXPECT_EQ(encoder.mark(SpeechtextMark(4, "m")), "<mark name=\"m\"/>");
+    EXPECT_EQ(encoder.mark(SpeechtextMark(5, "")), "<mark/>");
+    EXPECT_EQ(encoder.mark(SpeechtextMark(6, "n")), "<mark name=\"n\"/>");
+}
+
 TEST(SsmlMark, name_is_not_escaped) {
     EXPECT_EQ(Access("1.0").mark(SpeechtextMark(1, "a\"<&b")), "<mark name=\"a\"<&b\"/>");
 }

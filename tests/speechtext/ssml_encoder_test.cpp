@@ -91,6 +91,29 @@ TEST(SsmlDocument, text_is_encoded_and_control_characters_go) {
     EXPECT_EQ(body(Builder()(en)("a<&>\"'\x01z\xC3\xA9")), "a&lt;&amp;&gt;&quot;&apos;z\xC3\xA9");
 }
 
+TEST(SsmlDocument, text_between_marks_is_encoded_run_by_run) {
+    // A plain stretch of many runs, one with an ampersand every 6 bytes, and one without a plain byte.
+    std::string bytes(150, 'x');
+    for (int i = 0; i < 20; ++i) bytes += "words&";
+    bytes += std::string(70, '<') + std::string(150, 'y');
+    for (std::size_t step = 1; step < 9; ++step) {
+        Builder text;
+        std::string expected;
+        text(en);
+        for (std::size_t i = 0; i < bytes.size(); i += step) {
+            text(bytes.substr(i, step))(mark("m"));
+            for (char c : bytes.substr(i, step)) expected += c == '&' ? "&amp;" : c == '<' ? "&lt;" : std::string(1, c);
+            expected += "<mark name=\"m\"/>";
+        }
+        EXPECT_EQ(body(text), expected) << step;
+    }
+}
+
+TEST(SsmlDocument, raw_run_between_plain_ones_is_not_encoded) {
+    const Speechtext text = Builder()(en)("a")(raw)("<x y='&amp;'/>")(en)("b")(mark("m"))("c<");
+    EXPECT_EQ(body(text), "a<x y='&amp;'/>b<mark name=\"m\"/>c&lt;");
+}
+
 TEST(SsmlDocument, attribute_values_are_not_encoded) {
     EXPECT_EQ(Speechtext(Builder()(attrs_of("a\"<&"))).to_ssml(), root("1.0", "a\"<&") + "</speak>");
     SpeechtextTextAttrs odd = en;

@@ -35,6 +35,24 @@ TEST(EncodeXml, ordinary_ascii_stays) {
     EXPECT_EQ(plain(text), text);
 }
 
+TEST(PlainXmlLength, goes_up_to_the_first_byte_that_is_changed_or_not_ascii) {
+    for (const std::size_t length : {0U, 1U, 63U, 64U, 65U, 127U, 128U, 200U}) {
+        const std::string front(length, '~');
+        EXPECT_EQ(plain_xml_length(front.data(), front.size()), length);
+        for (const char* next : {"&", "<", ">", "\"", "'", "\v", "\x1F", "\x80", "\xC3\xA9"}) {
+            const std::string text = front + next + "more";
+            EXPECT_EQ(plain_xml_length(text.data(), text.size()), length) << length << next;
+        }
+    }
+}
+
+TEST(PlainXmlLength, takes_tab_line_ends_and_delete_along) {
+    const std::string text = "\t\r\n \x7F~";
+    EXPECT_EQ(plain_xml_length(text.data(), text.size()), text.size());
+}
+
+TEST(PlainXmlLength, stops_at_a_nul) { EXPECT_EQ(plain_xml_length("ab\0c", 4), 2U); }
+
 TEST(EncodeXml, tab_and_line_ends_stay) { EXPECT_EQ(plain("\t\n\r"), "\t\n\r"); }
 
 TEST(EncodeXml, vertical_tab_and_form_feed_become_blanks) { EXPECT_EQ(plain("a\vb\fc"), "a b c"); }
