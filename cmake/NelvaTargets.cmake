@@ -49,10 +49,8 @@ find_package(Threads REQUIRED)
 # Header-only helpers of the tools come from the system's packages. A cross compiler must not see the rest of the
 # system's headers, so only these folders are linked into one of ours.
 find_path(NELVA_JSON_INCLUDE nlohmann/json.hpp PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH REQUIRED)
-find_path(NELVA_CLI11_INCLUDE CLI/CLI.hpp PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH REQUIRED)
 set(NELVA_HEADER_ONLY ${CMAKE_BINARY_DIR}/header-only)
 file(MAKE_DIRECTORY ${NELVA_HEADER_ONLY})
 file(CREATE_LINK ${NELVA_JSON_INCLUDE}/nlohmann ${NELVA_HEADER_ONLY}/nlohmann SYMBOLIC)
-file(CREATE_LINK ${NELVA_CLI11_INCLUDE}/CLI ${NELVA_HEADER_ONLY}/CLI SYMBOLIC)
 add_library(dep_header_only INTERFACE)
 target_include_directories(dep_header_only SYSTEM INTERFACE ${NELVA_HEADER_ONLY})
