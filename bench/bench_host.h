@@ -2,22 +2,14 @@
 #ifndef NELVA_BENCH_HOST_H
 #define NELVA_BENCH_HOST_H
 
-#include <chrono>
-#include <cstdio>
-#include <cstdlib>
+#include <cstdint>
 #include <cstring>
 #include <string>
 
+#include "bench_tools.h"
 #include "platform/sapi.h"
 #include "sapi/dll_funcs.h"
 #include "sapi/tts_sapi.h"
-
-using BenchClock = std::chrono::steady_clock;
-
-[[noreturn]] inline void fail(const std::string& what) {
-    std::fprintf(stderr, "%s\n", what.c_str());
-    std::exit(1);
-}
 
 // References are not counted: everything here outlives the object.
 template <typename Interface>
