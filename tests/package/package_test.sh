@@ -6,6 +6,8 @@
 #
 # All of it happens in a fresh folder with a blank in its name. Where GTEST_OUTPUT asks for a report, one is written.
 set -u
+# Ninja is what the project itself builds with; make need not be there.
+export CMAKE_GENERATOR=Ninja
 export LC_ALL=C.UTF-8
 unset DISPLAY CMAKE_PREFIX_PATH Nelva_DIR CPATH CPLUS_INCLUDE_PATH LIBRARY_PATH
 
