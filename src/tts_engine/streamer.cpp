@@ -181,6 +181,7 @@ void Streamer::start_speech(std::uint32_t end) {
     request.pitch_factor = std::clamp(static_cast<double>(attributes.pitch), 0.1, 10.0);
     request.range = voice_.settings.range;
     request.end_pause = utterance_.end_pause;
+    request.phonemes = utterance_.phonemes;
     generation_.start(std::move(request));
     speaking_ = true;
 }

@@ -83,8 +83,8 @@ TTS_API tts_streamer TTS_CALL tts_streamer_start(tts_voice voice, const char* ss
 // events that stand behind the last one, at offset 0). Null when nothing more comes.
 TTS_API tts_wave* TTS_CALL tts_streamer_synth(tts_streamer streamer, uint32_t samples);
 
-// Jumps `count` sentences forward (above 0) or back (below 0) from the one that the last piece belongs to; 0 starts that
-// one again, and beyond the first or last sentence the jump ends there. 0 if it did.
+// Jumps `count` sentences forward (above 0) or back (below 0) from the one that the last piece belongs to; 0 starts
+// that one again, and beyond the first or last sentence the jump ends there. 0 if it did.
 TTS_API int32_t TTS_CALL tts_streamer_jump(tts_streamer streamer, int32_t count);
 
 // Ends the document, spoken to its end or not, and releases the streamer. 0 on success.

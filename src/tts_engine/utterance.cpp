@@ -38,7 +38,9 @@ public:
     void put(char32_t code, std::uint32_t character) {
         // Control characters are espeak-ng's commands, and the private area holds its own codes.
         const bool reserved = is_blank(code) || (code >= 0xE000 && code <= 0xF8FF) || code == 0x7F || code > 0x10FFFF;
-        append_utf8(utterance_.text, reserved ? U' ' : code);
+        // Two brackets open a pronunciation, which the text of a document never does.
+        const bool brackets = code == U'[' && !utterance_.text.empty() && utterance_.text.back() == '[';
+        append_utf8(utterance_.text, reserved || brackets ? U' ' : code);
         utterance_.source.push_back(character);
     }
 
@@ -50,6 +52,14 @@ public:
     void change(const Attributes& attributes, std::uint32_t character) {
         set(rate_, rate_of(voice_, attributes), 'S', character);
         set(say_as_, say_as_of(attributes.say_as), 'Y', character);
+    }
+
+    // A pronunciation, as ipa_to_espeak gives it, in place of the text from `character` on.
+    void put_phonemes(const std::string& mnemonics, std::uint32_t character) {
+        const std::string command = "[[" + mnemonics + "]]";
+        utterance_.text += command;
+        utterance_.source.insert(utterance_.source.end(), command.size(), character);
+        utterance_.phonemes = true;
     }
 
 private:

@@ -16,6 +16,7 @@ struct Utterance {
     std::vector<std::uint32_t> source;  // for each code point of the text the character of the sentence it comes from
     int rate = 0;                       // that it starts with, in words a minute
     bool end_pause = true;
+    bool phonemes = false;  // [[...]] in the text holds phonemes by their mnemonics
 };
 
 // Characters `first` up to, not including, `last` of the sentence.

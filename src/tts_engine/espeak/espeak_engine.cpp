@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
+#include <exception>
 #include <filesystem>
 #include <map>
 #include <mutex>
@@ -34,7 +35,8 @@ struct State {
     std::string language;  // the voice that is set in espeak-ng
     std::string variant;
     Generation* in_work = nullptr;
-    std::map<std::string, std::string> known;  // language tag to voice
+    std::map<std::string, std::string> known;                         // language tag to voice
+    std::map<std::string, std::shared_ptr<const IpaTable>> phonemes;  // by voice
 };
 
 // Never destroyed: a host's threads may still speak while the process ends.
@@ -132,6 +134,7 @@ void read_data(State& engine, const std::string& lib_path, const std::filesystem
     engine.data = path;
     engine.language.clear();
     engine.known.clear();
+    engine.phonemes.clear();
 }
 
 }  // namespace
@@ -229,6 +232,39 @@ void EspeakEngine::load_voice(const std::string& language, const std::string& va
     set_voice(engine, language, variant);
 }
 
+namespace {
+
+struct PhonemeCollector {
+    IpaTable table;
+    std::exception_ptr failure;
+};
+
+// Called from C code: what is thrown waits.
+void collect_phoneme(void* context, const char* mnemonic, const char* ipa) noexcept {
+    auto* collector = static_cast<PhonemeCollector*>(context);
+    if (collector->failure) return;
+    try {
+        collector->table.add(ipa, mnemonic);
+    } catch (...) {
+        collector->failure = std::current_exception();
+    }
+}
+
+}  // namespace
+
+std::shared_ptr<const IpaTable> EspeakEngine::ipa_table(const std::string& language) {
+    State& engine = state();
+    std::lock_guard<std::mutex> guard(engine.lock);
+    const auto known = engine.phonemes.find(language);
+    if (known != engine.phonemes.end()) return known->second;
+    Generation::finish_work();
+    set_voice(engine, language, {});
+    PhonemeCollector collector;
+    espeak_stepper_list_phonemes(collect_phoneme, &collector);
+    if (collector.failure) std::rethrow_exception(collector.failure);
+    return engine.phonemes[language] = std::make_shared<const IpaTable>(std::move(collector.table));
+}
+
 void Generation::start(SpeechRequest request) {
     State& engine = state();
     std::lock_guard<std::mutex> guard(engine.lock);
@@ -243,8 +279,8 @@ void Generation::start(SpeechRequest request) {
     in_work_ = false;
     request_ = std::move(request);
     set_voice(engine, request_.language, request_.variant);
-    const espeak_stepper_settings settings = {request_.rate, request_.pitch, request_.range, request_.pitch_factor,
-                                              request_.end_pause};
+    const espeak_stepper_settings settings = {request_.rate,         request_.pitch,     request_.range,
+                                              request_.pitch_factor, request_.end_pause, request_.phonemes};
     if (espeak_stepper_begin(request_.text.c_str(), &settings) != 0)
         throw std::runtime_error("espeak-ng does not take the text");
     in_work_ = true;

@@ -10,8 +10,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
+
+#include "tts_engine/ipa.h"
 
 namespace tts {
 
@@ -25,6 +28,7 @@ struct SpeechRequest {
     int range = 50;
     double pitch_factor = 1;
     bool end_pause = true;
+    bool phonemes = false;  // [[...]] in the text holds phonemes by their mnemonics
 };
 
 struct SpeechEvent {
@@ -81,6 +85,10 @@ public:
     // Makes a language and a variant ready to speak, so that the first text need not wait. Throws std::runtime_error if
     // espeak-ng cannot load them.
     static void load_voice(const std::string& language, const std::string& variant);
+
+    // The phonemes of a voice of espeak-ng, with their names in IPA. Tables are kept. Throws std::runtime_error if
+    // espeak-ng cannot load the voice.
+    static std::shared_ptr<const IpaTable> ipa_table(const std::string& language);
 
     // Whether there is a voice variant of that name.
     static bool has_variant(const std::string& name);

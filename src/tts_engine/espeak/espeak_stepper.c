@@ -32,7 +32,9 @@ static _Bool resume;
 
 #include "espeak_stepper.h"
 
+#include "dictionary.h"
 #include "error.h"
+#include "phoneme.h"
 #include "readclause.h"
 #include "speech.h"
 #include "synthdata.h"
@@ -161,7 +163,7 @@ int espeak_stepper_begin(const char* text, const espeak_stepper_settings* settin
     apply_settings(settings);
     InitText(espeakCHARS_UTF8);
     option_ssml = 0;
-    option_phoneme_input = 0;
+    option_phoneme_input = settings->phonemes ? espeakPHONEMES : 0;
     option_endpause = settings->end_pause ? espeakENDPAUSE : 0;
     if (p_decoder == NULL) p_decoder = create_text_decoder();
     if (text_decoder_decode_string_multibyte(p_decoder, text, translator->encoding, espeakCHARS_UTF8) != ENS_OK)
@@ -193,6 +195,28 @@ size_t espeak_stepper_fill(int16_t* samples, size_t capacity, espeak_stepper_sin
     }
     current_sink = NULL;
     return (size_t)(out_ptr - current_start) / 2;
+}
+
+// Pauses and stress are no sounds, and of the signs that change a neighbour only the one that makes it long is. Tones
+// are kept as a kind of stress; those whose mnemonics are levels, such as 35, are their own names.
+static int is_sound(const PHONEME_TAB* phoneme, const char* mnemonic) {
+    if (phoneme->type == phINVALID || phoneme->type == phPAUSE) return 0;
+    if (phoneme->type == phVIRTUAL) return phoneme->mnemonic == ':';
+    return phoneme->type != phSTRESS || (mnemonic[0] >= '1' && mnemonic[0] <= '5' && mnemonic[1] >= '1');
+}
+
+void espeak_stepper_list_phonemes(espeak_stepper_phoneme_sink sink, void* context) {
+    if (voice == NULL || translator == NULL) return;
+    for (int i = 1; i < n_phoneme_tab; ++i) {
+        PHONEME_TAB* phoneme = phoneme_tab[i];
+        if (phoneme == NULL || phoneme->mnemonic == 0 || phoneme->code == phonSWITCH) continue;
+        char mnemonic[5] = "";
+        for (int k = 0; k < 4; ++k) mnemonic[k] = (char)(phoneme->mnemonic >> (8 * k));
+        char ipa[64] = "";
+        int flags = 0;
+        WritePhMnemonic(ipa, phoneme, NULL, 1, &flags);
+        if (is_sound(phoneme, mnemonic)) sink(context, mnemonic, phoneme->type == phSTRESS ? mnemonic : ipa);
+    }
 }
 
 void espeak_stepper_drop(void) {

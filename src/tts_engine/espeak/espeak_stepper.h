@@ -48,6 +48,7 @@ typedef struct espeak_stepper_settings {
     int range;      // 0 to 99, 50 is the voice's own
     double factor;  // that all frequencies of the melody are multiplied by, 0.1 to 10
     int end_pause;  // whether the pause that ends a sentence follows the text's last clause
+    int phonemes;   // whether [[...]] in the text holds phonemes by their mnemonics
 } espeak_stepper_settings;
 
 // Reads espeak-ng's data from the folder `data`. 0 on success; otherwise the reason stands in `message`.
@@ -63,6 +64,10 @@ int espeak_stepper_begin(const char* text, const espeak_stepper_settings* settin
 // Writes up to `capacity` samples and returns how many. Fewer than asked for only when the text is done, and then
 // `*done` is set to 1.
 size_t espeak_stepper_fill(int16_t* samples, size_t capacity, espeak_stepper_sink sink, void* context, int* done);
+
+// Tells of each phoneme of the voice that was set last that can be said: its mnemonic and its name in IPA.
+typedef void (*espeak_stepper_phoneme_sink)(void* context, const char* mnemonic, const char* ipa);
+void espeak_stepper_list_phonemes(espeak_stepper_phoneme_sink sink, void* context);
 
 // Drops what is left of the text.
 void espeak_stepper_drop(void);
