@@ -33,7 +33,10 @@ bool is_pitch_mark(const std::string& name) {
 
 }  // namespace
 
-Document::Document(std::string_view text) : text_(text) { rewind(); }
+Document::Document(std::string_view text, std::string voice_language)
+    : text_(text), voice_language_(std::move(voice_language)) {
+    rewind();
+}
 
 void Document::rewind() {
     MarkupHandler& handler = *this;
@@ -44,6 +47,7 @@ void Document::rewind() {
     attributes_ = Attributes();
     written_pitch_ = marked_pitch_ = 1;
     any_pitch_mark_ = finished_ = false;
+    text_end_ = 0;
 }
 
 bool Document::next(Sentence& sentence) {
@@ -60,9 +64,15 @@ bool Document::next(Sentence& sentence) {
 
 Document::Kind Document::kind_of(std::string_view name) {
     static constexpr std::pair<std::string_view, Kind> known[] = {
-        {"speak", Kind::speak}, {"p", Kind::paragraph},         {"s", Kind::sentence},       {"voice", Kind::voice},
-        {"lang", Kind::lang},   {"prosody", Kind::prosody},     {"say-as", Kind::say_as},    {"mark", Kind::mark},
-        {"break", Kind::pause}, {"paragraph", Kind::paragraph}, {"sentence", Kind::sentence}};
+        {"speak", Kind::speak},         {"p", Kind::paragraph},
+        {"s", Kind::sentence},          {"voice", Kind::voice},
+        {"lang", Kind::lang},           {"prosody", Kind::prosody},
+        {"say-as", Kind::say_as},       {"mark", Kind::mark},
+        {"break", Kind::pause},         {"sub", Kind::sub},
+        {"phoneme", Kind::phoneme},     {"emphasis", Kind::emphasis},
+        {"token", Kind::word},          {"w", Kind::word},
+        {"audio", Kind::audio},         {"desc", Kind::description},
+        {"paragraph", Kind::paragraph}, {"sentence", Kind::sentence}};
     for (const auto& [known_name, kind] : known)
         if (name == known_name) return kind;
     return Kind::other;
@@ -72,18 +82,31 @@ bool Document::ends_sentence(Kind kind) {
     return kind == Kind::speak || kind == Kind::paragraph || kind == Kind::sentence;
 }
 
+bool Document::is_span(Kind kind) {
+    return kind == Kind::sub || kind == Kind::phoneme || kind == Kind::word || kind == Kind::say_as;
+}
+
+// A description is for those who do not hear.
+bool Document::is_hidden() const { return !open_.empty() && open_.back().kind == Kind::description; }
+
 void Document::start_element(std::string_view name, const MarkupAttributes& attributes) {
     const Kind kind = kind_of(name);
     if (kind == Kind::mark) return add_mark(attributes);
     if (kind == Kind::pause) return add_break(attributes);
+    // A description holds text only, so another element shows that its end tag is missing.
+    if (is_hidden()) end_element("desc");
     if (kind == Kind::other) return;
-    open_.push_back({kind, attributes_, written_pitch_});
+    open_.push_back({kind, attributes_, written_pitch_, {}, {}});
     ++open_of_kind_[static_cast<std::size_t>(kind)];
     if (ends_sentence(kind)) cutter_.end_sentence();
     if (const std::string* language = find(attributes, "xml:lang")) set_language(*language);
     if (kind == Kind::prosody) set_prosody(attributes);
+    if (kind == Kind::emphasis) set_emphasis(attributes);
     if (kind == Kind::say_as) set_say_as(attributes);
     cutter_.set_attributes(attributes_);
+    if (!is_span(kind)) return;
+    set_meaning(open_.back(), attributes);
+    cutter_.open_span();
 }
 
 void Document::end_element(std::string_view name) {
@@ -91,29 +114,61 @@ void Document::end_element(std::string_view name) {
     if (kind == Kind::other || open_of_kind_[static_cast<std::size_t>(kind)] == 0) return;
     bool ended = false;
     for (bool found = false; !found;) {
-        const Open& top = open_.back();
+        const Open top = std::move(open_.back());
+        open_.pop_back();
         found = top.kind == kind;
         ended |= ends_sentence(top.kind);
+        if (is_span(top.kind)) close(top, found);
         attributes_ = top.attributes;
         written_pitch_ = top.written_pitch;
         --open_of_kind_[static_cast<std::size_t>(top.kind)];
-        open_.pop_back();
     }
     if (ended) cutter_.end_sentence();
     cutter_.set_attributes(attributes_);
 }
 
+void Document::set_meaning(Open& open, const MarkupAttributes& attributes) {
+    if (open.kind == Kind::sub) open.meaning = value_of(attributes, "alias");
+    if (open.kind == Kind::say_as) {
+        open.meaning = value_of(attributes, "interpret-as");
+        open.detail = value_of(attributes, "format");
+    }
+    if (open.kind != Kind::phoneme) return;
+    const std::string alphabet = value_of(attributes, "alphabet");
+    if (alphabet.empty() || alphabet == "ipa") open.meaning = value_of(attributes, "ph");
+}
+
+void Document::close(const Open& open, bool by_its_own_tag) {
+    const bool stands_for_something = (open.kind == Kind::sub || open.kind == Kind::phoneme) && !open.meaning.empty();
+    if (by_its_own_tag && stands_for_something && cutter_.is_span_empty())
+        cutter_.add({object_character, text_end_, text_end_});
+    const Token range = cutter_.close_span();
+    if (!by_its_own_tag || range.first == range.last) return;
+    if (open.kind == Kind::word) cutter_.set_word(range);
+    if (open.meaning.empty()) return;
+    if (open.kind == Kind::sub) cutter_.set_spoken({Spoken::Kind::text, range.first, range.last, open.meaning});
+    if (open.kind == Kind::phoneme) cutter_.set_spoken({Spoken::Kind::ipa, range.first, range.last, open.meaning});
+}
+
 void Document::text(std::string_view text, std::uint32_t begin) {
+    if (is_hidden()) return;
     while (!text.empty()) {
         const Decoded decoded = decode_utf8(text);
         const auto end = begin + static_cast<std::uint32_t>(decoded.length);
-        cutter_.add({decoded.code, begin, end});
+        add(decoded.code, begin, end);
         begin = end;
         text.remove_prefix(decoded.length);
     }
 }
 
-void Document::character(char32_t code, std::uint32_t begin, std::uint32_t end) { cutter_.add({code, begin, end}); }
+void Document::character(char32_t code, std::uint32_t begin, std::uint32_t end) {
+    if (!is_hidden()) add(code, begin, end);
+}
+
+void Document::add(char32_t code, std::uint32_t begin, std::uint32_t end) {
+    cutter_.add({code == object_character ? U' ' : code, begin, end});
+    text_end_ = end;
+}
 
 void Document::set_language(std::string_view tag) {
     if (tag.empty() || tag.size() > 35) return;
@@ -134,9 +189,19 @@ void Document::set_prosody(const MarkupAttributes& attributes) {
         attributes_.rate = rate_from(*rate, attributes_.rate).value_or(attributes_.rate);
     if (const std::string* volume = find(attributes, "volume"))
         attributes_.volume = volume_from(*volume, attributes_.volume).value_or(attributes_.volume);
+    if (const std::string* range = find(attributes, "range"))
+        attributes_.range = range_from(*range, attributes_.range).value_or(attributes_.range);
     const std::string* pitch = find(attributes, "pitch");
     if (pitch == nullptr || is_writers_pitch(*pitch)) return;
     attributes_.pitch = pitch_from(*pitch, attributes_.pitch).value_or(attributes_.pitch);
+}
+
+void Document::set_emphasis(const MarkupAttributes& attributes) {
+    const Emphasis emphasis = emphasis_from(value_of(attributes, "level"));
+    attributes_.rate *= emphasis.rate;
+    attributes_.pitch *= emphasis.pitch;
+    attributes_.range *= emphasis.range;
+    attributes_.volume *= emphasis.volume;
 }
 
 bool Document::is_writers_pitch(const std::string& value) {

@@ -1,9 +1,11 @@
 // A document's meaning: elements become attributes of text, marks, pauses and ends of sentences.
 //
-// Elements that are understood: speak, p, s, voice, lang (their xml:lang; speak, p and s also end sentences), prosody
-// (rate, pitch, volume), say-as (spell-out, characters, digits), break, mark. All others are transparent: what stands
-// between their tags is spoken. An end tag closes the innermost open element of its name and with it what is still open
-// inside; one that closes nothing is passed over.
+// Elements that are understood: speak, p, s, voice, lang (their xml:lang; speak, p and s also end sentences), prosody,
+// emphasis, say-as, sub, phoneme, token, w, audio, desc, break, mark; docs/synthesiser.md tells what each does. All
+// others are transparent: what stands between their tags is spoken. An end tag closes the innermost open element of its
+// name and with it what is still open inside; one that closes nothing is passed over. An element that stands for
+// something else than its text (sub, phoneme, say-as) does so if it is closed by its own end tag; otherwise its text is
+// spoken as it is.
 //
 // Pitch comes twice for a host's fragment: as a mark "P" with tenths of an octave, which the caller applies to the
 // audio, and as `pitch` of a prosody element, which the document's writer makes for the same change. The second must
@@ -26,8 +28,8 @@ namespace tts {
 
 class Document final : private MarkupHandler {
 public:
-    // `text` outlives the document.
-    explicit Document(std::string_view text);
+    // `text` outlives the document. `voice_language` is the tag of what xml:lang does not name.
+    explicit Document(std::string_view text, std::string voice_language = "en");
 
     // The next sentence, read as late as can be. False when there is none.
     bool next(Sentence& sentence);
@@ -39,18 +41,38 @@ public:
     const std::string& language(std::uint16_t number) const { return languages_[number]; }
 
 private:
-    enum class Kind : std::uint8_t { speak, paragraph, sentence, voice, lang, prosody, say_as, mark, pause, other };
-    static constexpr std::size_t kinds = 10;
+    enum class Kind : std::uint8_t {
+        speak,
+        paragraph,
+        sentence,
+        voice,
+        lang,
+        prosody,
+        emphasis,
+        say_as,
+        sub,
+        phoneme,
+        word,
+        audio,
+        description,
+        mark,
+        pause,
+        other
+    };
+    static constexpr std::size_t kinds = 16;
 
     // An open element, with what was in force outside it.
     struct Open {
         Kind kind;
         Attributes attributes;
         float written_pitch;
+        std::string meaning;  // of sub, phoneme and say-as: what they stand for
+        std::string detail;   // of say-as: its format
     };
 
     static Kind kind_of(std::string_view name);
     static bool ends_sentence(Kind kind);
+    static bool is_span(Kind kind);
 
     void start_element(std::string_view name, const MarkupAttributes& attributes) override;
     void end_element(std::string_view name) override;
@@ -59,12 +81,18 @@ private:
 
     void set_language(std::string_view tag);
     void set_prosody(const MarkupAttributes& attributes);
+    void set_emphasis(const MarkupAttributes& attributes);
     void set_say_as(const MarkupAttributes& attributes);
+    void set_meaning(Open& open, const MarkupAttributes& attributes);
+    void close(const Open& open, bool by_its_own_tag);
+    bool is_hidden() const;
+    void add(char32_t code, std::uint32_t begin, std::uint32_t end);
     void add_mark(const MarkupAttributes& attributes);
     void add_break(const MarkupAttributes& attributes);
     bool is_writers_pitch(const std::string& value);
 
     std::string_view text_;
+    std::string voice_language_;
     std::unique_ptr<MarkupReader> reader_;
     SentenceCutter cutter_;
     std::vector<Open> open_;
@@ -74,6 +102,7 @@ private:
     float marked_pitch_ = 1;   // the factor of the last pitch mark
     bool any_pitch_mark_ = false;
     bool finished_ = false;
+    std::uint32_t text_end_ = 0;  // where the last text that was read ends
     std::vector<std::string> languages_{std::string()};
     std::unordered_map<std::string, std::uint16_t> language_numbers_;
 };

@@ -71,15 +71,36 @@ std::optional<float> rate_from(const std::string& value, float now) {
     return bounded(factor);
 }
 
-std::optional<float> pitch_from(const std::string& value, float now) {
+namespace {
+
+// Pitch and range alike; `own` is the voice's in Hz.
+std::optional<float> frequency_from(const std::string& value, float now, double own) {
     const auto number = number_from(value);
     if (!number)
         return word_from(
             value, {{"x-low", 0.6f}, {"low", 0.8f}, {"medium", 1}, {"high", 1.2f}, {"x-high", 1.4f}, {"default", 1}});
     if (number->unit == "%") return bounded(number->is_signed ? now * (1 + number->value / 100) : number->value / 100);
     if (number->unit == "st") return bounded(now * std::exp2(number->value / 12));
-    if (number->unit != "Hz") return std::nullopt;
-    return bounded(number->value / voice_pitch_hz + (number->is_signed ? now : 0));
+    // In SSML 1.0 a change may stand without its unit.
+    if (number->unit != "Hz" && !(number->unit.empty() && number->is_signed)) return std::nullopt;
+    return bounded(number->value / own + (number->is_signed ? now : 0));
+}
+
+}  // namespace
+
+std::optional<float> pitch_from(const std::string& value, float now) {
+    return frequency_from(value, now, voice_pitch_hz);
+}
+
+std::optional<float> range_from(const std::string& value, float now) {
+    return frequency_from(value, now, voice_range_hz);
+}
+
+Emphasis emphasis_from(const std::string& level) {
+    if (level == "strong") return {0.85f, 1.1f, 1.5f, 1.5f};
+    if (level == "reduced") return {1.1f, 0.95f, 0.6f, 0.7f};
+    if (level == "none") return {1, 1, 1, 1};
+    return {0.93f, 1.05f, 1.25f, 1.25f};
 }
 
 std::optional<float> volume_from(const std::string& value, float now) {

@@ -16,6 +16,9 @@ constexpr std::size_t long_at_comma = 300;
 constexpr std::size_t long_at_blank = 500;
 constexpr std::size_t longest = 700;
 
+// How far into a span no sentence ends, in characters: one that is never closed must not hold up the rest.
+constexpr std::size_t span_holds = 200;
+
 // Abbreviations that a name or another word follows, in small letters.
 constexpr std::array<std::string_view, 57> before_words = {
     "mr",     "mrs", "ms",   "dr",  "prof", "st",   "rev",  "gen",  "col",  "capt", "lt",     "sgt",
@@ -73,20 +76,29 @@ void add_token(const std::vector<Character>& text, std::size_t first, std::size_
     if (first < last) tokens.push_back({static_cast<std::uint32_t>(first), static_cast<std::uint32_t>(last)});
 }
 
-// Words between blanks; in scripts without blanks each character is one.
-std::vector<Token> tokens_of(const std::vector<Character>& text) {
+// Words between blanks; in scripts without blanks each character is one. `words` are whole as they are.
+std::vector<Token> tokens_of(const std::vector<Character>& text, const std::vector<Token>& words) {
     std::vector<Token> tokens;
     std::size_t first = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
+    std::size_t word = 0;
+    for (std::size_t i = 0; i < text.size();) {
         const char32_t c = text[i].code;
+        const bool whole = word < words.size() && words[word].first == i;
         const bool alone = is_unspaced(c);
-        if (!is_blank(c) && !alone) continue;
+        if (!whole && !alone && !is_blank(c) && c != object_character) {
+            ++i;
+            continue;
+        }
         add_token(text, first, i, tokens);
         first = i + 1;
-        if (!alone) continue;
-        while (first < text.size() && is_combining(text[first].code)) ++first;
-        tokens.push_back({static_cast<std::uint32_t>(i), static_cast<std::uint32_t>(first)});
-        i = first - 1;
+        if (whole) {
+            tokens.push_back(words[word]);
+            first = words[word++].last;
+        } else if (alone) {
+            while (first < text.size() && is_combining(text[first].code)) ++first;
+            tokens.push_back({static_cast<std::uint32_t>(i), static_cast<std::uint32_t>(first)});
+        }
+        i = first;
     }
     add_token(text, first, text.size(), tokens);
     return tokens;
@@ -107,6 +119,7 @@ void SentenceCutter::add(Character character) {
     else if (current_.text.size() >= longest && !is_combining(character.code))
         cut(false);
     append_blank_at_border(character);
+    start_spans();
     if (current_.runs.empty() || !(current_.runs.back().attributes == attributes_))
         current_.runs.push_back({static_cast<std::uint32_t>(current_.text.size()), attributes_});
     append(character);
@@ -130,7 +143,7 @@ bool SentenceCutter::ends_before(char32_t code) const {
     if (blank_ && newlines_ >= 2) return true;
     const bool goes_on =
         code == U',' || code == U';' || code == U':' || is_full_stop(code) || is_strong_end(code) || is_wide_end(code);
-    if (end_ == End::none || goes_on) return false;
+    if (end_ == End::none || goes_on || in_span()) return false;
     if (end_ == End::wide) return blank_ || !is_closing(code);
     if (!blank_) return false;
     if (end_ == End::strong) return !(closed_ && is_lower(code));
@@ -208,6 +221,66 @@ void SentenceCutter::finish() {
     current_ = Sentence();
 }
 
+// ---- Spans
+
+void SentenceCutter::open_span() { spans_.push_back({false, false, 0}); }
+
+void SentenceCutter::start_spans() {
+    for (auto span = spans_.rbegin(); span != spans_.rend() && !span->started; ++span)
+        *span = {true, false, static_cast<std::uint32_t>(current_.text.size())};
+}
+
+bool SentenceCutter::in_span() const {
+    if (spans_.empty() || !spans_.front().started || spans_.front().broken) return false;
+    return current_.text.size() < spans_.front().first + span_holds;
+}
+
+Token SentenceCutter::close_span() {
+    if (spans_.empty()) return {0, 0};
+    const Span span = spans_.back();
+    spans_.pop_back();
+    if (!span.started || span.broken) return {0, 0};
+    auto last = static_cast<std::uint32_t>(current_.text.size());
+    while (last > span.first && is_blank(current_.text[last - 1].code)) --last;
+    return {span.first, last};
+}
+
+std::string SentenceCutter::text_of(Token range) const {
+    std::string text;
+    for (std::uint32_t i = range.first; i < range.last; ++i) append_utf8(text, current_.text[i].code);
+    return text;
+}
+
+void SentenceCutter::set_word(Token range) {
+    if (range.first == range.last) return;
+    while (!words_.empty() && words_.back().last > range.first) words_.pop_back();
+    words_.push_back(range);
+}
+
+void SentenceCutter::set_spoken(Spoken spoken) {
+    auto& all = current_.spoken;
+    while (!all.empty() && all.back().last > spoken.first) all.pop_back();
+    // A pause cannot stand inside what is said as a whole.
+    auto& anchors = current_.anchors;
+    auto anchor = std::partition_point(anchors.begin(), anchors.end(),
+                                       [&](const Anchor& one) { return one.position <= spoken.first; });
+    bool paused = false;
+    for (; anchor != anchors.end() && anchor->position < spoken.last; ++anchor) {
+        paused |= anchor->kind == Anchor::Kind::pause;
+        if (paused) anchor->position = spoken.last;
+    }
+    // It is said as its first character would be.
+    auto& runs = current_.runs;
+    while (!runs.empty() && runs.back().first > spoken.first) runs.pop_back();
+    if (end_index_ >= spoken.first) end_ = End::none;
+    // What is said has a word event, even where only a sign is written.
+    const auto begin = current_.text.begin();
+    if (std::none_of(begin + spoken.first, begin + spoken.last,
+                     [](const Character& c) { return is_alnum(c.code) || c.code == object_character; }))
+        set_word({spoken.first, spoken.last});
+    all.push_back(std::move(spoken));
+}
+
 void SentenceCutter::cut(bool next_begins) {
     Sentence next;
     next.begins = next_begins;
@@ -220,7 +293,9 @@ void SentenceCutter::cut(bool next_begins) {
     next.anchors.assign(std::make_move_iterator(behind), std::make_move_iterator(anchors.end()));
     anchors.erase(behind, anchors.end());
     for (Anchor& anchor : next.anchors) anchor.position = 0;
-    current_.tokens = tokens_of(text);
+    current_.tokens = tokens_of(text, words_);
+    words_.clear();
+    for (Span& span : spans_) span.broken |= span.started;
     ready_.push_back(std::move(current_));
     current_ = std::move(next);
     end_ = End::none;

@@ -16,12 +16,16 @@ struct Character {
     std::uint32_t end;
 };
 
+// A character of a sentence that stands for an element without text. Text never holds it: there it is a blank.
+constexpr char32_t object_character = 0xFFFC;
+
 enum class SayAs : std::uint8_t { text, characters, digits };
 
 // How text is to be spoken. Factors are relative to the voice.
 struct Attributes {
     float rate = 1;
     float pitch = 1;
+    float range = 1;
     float volume = 1;
     SayAs say_as = SayAs::text;
     std::uint16_t language = 0;  // number of a language of the document; 0 is the voice's own
@@ -49,9 +53,19 @@ struct Token {
     std::uint32_t last;
 };
 
+// What is said in place of characters `first` up to, not including, `last`: other text, or sounds in IPA.
+struct Spoken {
+    enum class Kind : std::uint8_t { text, ipa };
+    Kind kind;
+    std::uint32_t first;
+    std::uint32_t last;
+    std::string text;
+};
+
 struct Sentence {
     std::vector<Character> text;
     std::vector<Run> runs;        // the first at character 0 if there is text
+    std::vector<Spoken> spoken;   // in order, apart from each other
     std::vector<Anchor> anchors;  // by position
     std::vector<Token> tokens;
     bool begins = true;  // false for what goes on with a sentence that was too long for one piece
@@ -65,6 +79,9 @@ struct Sentence {
 // letter it does not), at the ends of scripts without blanks, at an empty line, and where the document says so. A
 // sentence that does not end is cut at a blank, so that no piece grows without bound. Blanks at both ends of a sentence
 // belong to none. Marks behind a sentence's end stand at the start of the next.
+//
+// A span is the text of an element that is one thing: no sentence ends in it, unless it is long or the document says
+// so. Its text may be taken as one word, or something else may be said for it.
 class SentenceCutter {
 public:
     void add(Character character);
@@ -75,13 +92,39 @@ public:
     void end_sentence();  // the document says that a sentence ends here
     void finish();        // the document ends
 
+    // The next character begins a span. Spans nest.
+    void open_span();
+
+    // Whether the innermost span has no character yet.
+    bool is_span_empty() const { return !spans_.empty() && !spans_.back().started; }
+
+    // The innermost span ends. Its characters, without blanks at both ends; empty if it has none or if it lies in two
+    // sentences.
+    Token close_span();
+
+    // Characters `range` of the sentence that is in work, as UTF-8.
+    std::string text_of(Token range) const;
+
+    // What the caller makes of a span that has just been closed: one word; something else to say, whose full stops end
+    // no sentence.
+    void set_word(Token range);
+    void set_spoken(Spoken spoken);
+
     // The sentences that are complete, oldest first; the caller takes them out.
     std::deque<Sentence>& ready() { return ready_; }
 
 private:
     enum class End : std::uint8_t { none, full_stop, strong, wide };
 
+    struct Span {
+        bool started;
+        bool broken;  // it lies in two sentences
+        std::uint32_t first;
+    };
+
     void note_blank(char32_t code);
+    bool in_span() const;
+    void start_spans();
     bool ends_before(char32_t code) const;
     bool too_long_before_blank() const;
     void append(Character character);
@@ -91,6 +134,8 @@ private:
     Sentence current_;
     Attributes attributes_;
     std::deque<Sentence> ready_;
+    std::vector<Span> spans_;
+    std::vector<Token> words_;     // the words that are set, by position
     End end_ = End::none;          // what the text so far ends with, but for closing quotes and brackets
     bool closed_ = false;          // closing quotes or brackets stand behind that end
     bool blank_ = false;           // and blanks behind that

@@ -42,7 +42,7 @@ std::int16_t scaled(std::int16_t sample, float gain) {
 }  // namespace
 
 Streamer::Streamer(const StreamerVoice& voice, std::string_view text)
-    : voice_(voice), document_(text), espeak_voices_{voice.espeak_voice} {}
+    : voice_(voice), document_(text, voice.settings.language), espeak_voices_{voice.espeak_voice} {}
 
 // ---- Records
 
@@ -164,7 +164,7 @@ bool Streamer::next_part() {
 void Streamer::start_speech(std::uint32_t end) {
     const std::uint32_t first = position_;
     part_end_ = position_ = end;
-    utterance_ = make_utterance(sentence_, first, end, voice_.settings);
+    utterance_ = make_utterance(sentence_, first, end, voice_.settings, *this);
     if (utterance_.text.empty()) return;
     if (!announced_) emit_sentence();
     if (last_viseme_ == nullptr) emit_viseme("sil", made_);
@@ -184,6 +184,12 @@ void Streamer::start_speech(std::uint32_t end) {
     request.phonemes = utterance_.phonemes;
     generation_.start(std::move(request));
     speaking_ = true;
+}
+
+std::optional<Spoken> Streamer::word(std::string_view, std::uint16_t) { return std::nullopt; }
+
+std::string Streamer::mnemonics(std::string_view ipa, std::uint16_t language) {
+    return ipa_to_espeak(ipa, *EspeakEngine::ipa_table(espeak_voice_of(language)));
 }
 
 const std::string& Streamer::espeak_voice_of(std::uint16_t language) {
@@ -275,6 +281,8 @@ void Streamer::finish_speech() {
 
 void Streamer::emit_sentence() {
     announced_ = true;
+    // A sentence of an element without text stands nowhere.
+    if (sentence_.text.front().begin == sentence_.text.back().end) return;
     emit({TTS_EVENT_SENTENCE, made_, sentence_.text.front().begin, sentence_.text.back().end, nullptr, {}});
 }
 

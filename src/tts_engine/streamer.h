@@ -28,7 +28,7 @@ struct StreamerVoice {
     std::string espeak_voice;  // the language as espeak-ng names it
 };
 
-class Streamer {
+class Streamer final : private Pronouncer {
 public:
     // `text` stays unchanged as long as the streamer lives.
     Streamer(const StreamerVoice& voice, std::string_view text);
@@ -41,6 +41,8 @@ public:
     bool jump(std::int32_t count);
 
 private:
+    std::optional<Spoken> word(std::string_view written, std::uint16_t language) override;
+    std::string mnemonics(std::string_view ipa, std::uint16_t language) override;
     bool next_sentence();
     bool next_part();
     void start_speech(std::uint32_t end);

@@ -37,7 +37,8 @@ public:
 
     void put(char32_t code, std::uint32_t character) {
         // Control characters are espeak-ng's commands, and the private area holds its own codes.
-        const bool reserved = is_blank(code) || (code >= 0xE000 && code <= 0xF8FF) || code == 0x7F || code > 0x10FFFF;
+        const bool reserved = is_blank(code) || code == object_character || (code >= 0xE000 && code <= 0xF8FF) ||
+                              code == 0x7F || code > 0x10FFFF;
         // Two brackets open a pronunciation, which the text of a document never does.
         const bool brackets = code == U'[' && !utterance_.text.empty() && utterance_.text.back() == '[';
         append_utf8(utterance_.text, reserved || brackets ? U' ' : code);
@@ -54,15 +55,32 @@ public:
         set(say_as_, say_as_of(attributes.say_as), 'Y', character);
     }
 
-    // A pronunciation, as ipa_to_espeak gives it, in place of the text from `character` on.
-    void put_phonemes(const std::string& mnemonics, std::uint32_t character) {
+    // Other text in place of what is written.
+    void put_text(const Spoken& spoken) {
+        std::u32string codes;
+        for (std::string_view rest = spoken.text; !rest.empty();) {
+            const Decoded decoded = decode_utf8(rest);
+            codes.push_back(decoded.code);
+            rest.remove_prefix(decoded.length);
+        }
+        for (std::size_t i = 0; i < codes.size(); ++i) put(codes[i], source_of(spoken, i, codes.size()));
+    }
+
+    // A pronunciation by its mnemonics, which are ASCII.
+    void put_phonemes(const std::string& mnemonics, const Spoken& spoken) {
+        if (!utterance_.text.empty() && utterance_.text.back() != ' ') put(U' ', spoken.first);
         const std::string command = "[[" + mnemonics + "]]";
         utterance_.text += command;
-        utterance_.source.insert(utterance_.source.end(), command.size(), character);
+        for (std::size_t i = 0; i < command.size(); ++i)
+            utterance_.source.push_back(source_of(spoken, i, command.size()));
         utterance_.phonemes = true;
     }
 
 private:
+    static std::uint32_t source_of(const Spoken& spoken, std::size_t index, std::size_t size) {
+        return spoken.first + static_cast<std::uint32_t>(index * (spoken.last - spoken.first) / size);
+    }
+
     void set(int& current, int wanted, char letter, std::uint32_t character) {
         if (current == wanted) return;
         current = wanted;
@@ -89,8 +107,77 @@ const Attributes& attributes_at(const Sentence& sentence, std::uint32_t characte
     return sentence.runs[run_at(sentence, character)].attributes;
 }
 
-Utterance make_utterance(const Sentence& sentence, std::uint32_t first, std::uint32_t last,
-                         const VoiceSettings& voice) {
+namespace {
+
+// Goes over a stretch of a sentence and writes what is said.
+class Reader {
+public:
+    Reader(const Sentence& sentence, const VoiceSettings& voice, Pronouncer& pronouncer, Utterance& utterance)
+        : sentence_(sentence), pronouncer_(pronouncer), writer_(utterance, voice) {}
+
+    void read(std::uint32_t first, std::uint32_t last) {
+        run_ = run_at(sentence_, first);
+        while (spoken_ < sentence_.spoken.size() && sentence_.spoken[spoken_].first < first) ++spoken_;
+        while (token_ < sentence_.tokens.size() && sentence_.tokens[token_].first < first) ++token_;
+        writer_.start_with(attributes(), first);
+        for (std::uint32_t i = first; i < last;) {
+            while (run_ + 1 < sentence_.runs.size() && sentence_.runs[run_ + 1].first <= i)
+                writer_.change(sentence_.runs[++run_].attributes, i);
+            const std::uint32_t next = instead(i, last);
+            if (next == i) writer_.put(sentence_.text[i].code, i);
+            i = std::max(next, i + 1);
+        }
+    }
+
+    // Punctuation at the end of the text, behind character `last`.
+    void put(char32_t code, std::uint32_t last) { writer_.put(code, last); }
+
+private:
+    const Attributes& attributes() const { return sentence_.runs[run_].attributes; }
+
+    // Says something else for the characters from `at` on and gives the first behind them; `at` if it does not.
+    std::uint32_t instead(std::uint32_t at, std::uint32_t limit) {
+        const auto& all = sentence_.spoken;
+        if (spoken_ < all.size() && all[spoken_].first == at && all[spoken_].last <= limit) {
+            const Spoken& spoken = all[spoken_++];
+            while (token_ < sentence_.tokens.size() && sentence_.tokens[token_].first < spoken.last) ++token_;
+            return say(spoken) ? spoken.last : at;
+        }
+        if (token_ == sentence_.tokens.size() || sentence_.tokens[token_].first != at) return at;
+        const Token token = sentence_.tokens[token_++];
+        if (token.last > limit || attributes().say_as != SayAs::text) return at;
+        std::string written;
+        for (std::uint32_t i = token.first; i < token.last; ++i) append_utf8(written, sentence_.text[i].code);
+        std::optional<Spoken> spoken = pronouncer_.word(written, attributes().language);
+        if (!spoken) return at;
+        spoken->first = token.first;
+        spoken->last = token.last;
+        return say(*spoken) ? token.last : at;
+    }
+
+    bool say(const Spoken& spoken) {
+        if (spoken.kind == Spoken::Kind::text) {
+            writer_.put_text(spoken);
+            return true;
+        }
+        const std::string mnemonics = pronouncer_.mnemonics(spoken.text, attributes().language);
+        if (mnemonics.empty()) return false;
+        writer_.put_phonemes(mnemonics, spoken);
+        return true;
+    }
+
+    const Sentence& sentence_;
+    Pronouncer& pronouncer_;
+    Writer writer_;
+    std::size_t run_ = 0;
+    std::size_t spoken_ = 0;
+    std::size_t token_ = 0;
+};
+
+}  // namespace
+
+Utterance make_utterance(const Sentence& sentence, std::uint32_t first, std::uint32_t last, const VoiceSettings& voice,
+                         Pronouncer& pronouncer) {
     Utterance utterance;
     const auto& text = sentence.text;
     while (first < last && is_blank(text[first].code)) ++first;
@@ -98,19 +185,13 @@ Utterance make_utterance(const Sentence& sentence, std::uint32_t first, std::uin
     if (first == last) return utterance;
     utterance.text.reserve(last - first + 16);
     utterance.source.reserve(last - first + 16);
-    Writer writer(utterance, voice);
-    std::size_t run = run_at(sentence, first);
-    writer.start_with(sentence.runs[run].attributes, first);
-    for (std::uint32_t i = first; i < last; ++i) {
-        if (run + 1 < sentence.runs.size() && sentence.runs[run + 1].first <= i)
-            writer.change(sentence.runs[++run].attributes, i);
-        writer.put(text[i].code, i);
-    }
+    Reader reader(sentence, voice, pronouncer, utterance);
+    reader.read(first, last);
     // What goes on later keeps its voice up.
     utterance.end_pause = last == text.size() && sentence.ends;
-    if (!utterance.end_pause && !is_punctuation(text[last - 1].code)) writer.put(U',', last - 1);
+    if (!utterance.end_pause && !is_punctuation(text[last - 1].code)) reader.put(U',', last - 1);
     // espeak-ng counts the place of a text's very last character one too low.
-    writer.put(U' ', last - 1);
+    reader.put(U' ', last - 1);
     return utterance;
 }
 

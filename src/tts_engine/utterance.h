@@ -3,7 +3,9 @@
 #define TTS_ENGINE_UTTERANCE_H
 
 #include <cstdint>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tts_engine/sentence.h"
@@ -19,8 +21,22 @@ struct Utterance {
     bool phonemes = false;  // [[...]] in the text holds phonemes by their mnemonics
 };
 
-// Characters `first` up to, not including, `last` of the sentence.
-Utterance make_utterance(const Sentence& sentence, std::uint32_t first, std::uint32_t last, const VoiceSettings& voice);
+// What an utterance asks about single words.
+class Pronouncer {
+public:
+    virtual ~Pronouncer() = default;
+
+    // What is said for a word of the text, if that is something else; first and last of the result are not read.
+    virtual std::optional<Spoken> word(std::string_view written, std::uint16_t language) = 0;
+
+    // IPA by espeak-ng's mnemonics; empty if nothing of it can be said.
+    virtual std::string mnemonics(std::string_view ipa, std::uint16_t language) = 0;
+};
+
+// Characters `first` up to, not including, `last` of the sentence. Where something else is said for some of them, its
+// characters come, evenly, from those.
+Utterance make_utterance(const Sentence& sentence, std::uint32_t first, std::uint32_t last, const VoiceSettings& voice,
+                         Pronouncer& pronouncer);
 
 // The attributes in force at a character of a sentence with text.
 const Attributes& attributes_at(const Sentence& sentence, std::uint32_t character);
