@@ -169,8 +169,8 @@ void Streamer::start_speech(std::uint32_t end) {
     if (!announced_) emit_sentence();
     if (last_viseme_ == nullptr) emit_viseme("sil", made_);
     const Attributes& attributes = attributes_at(sentence_, utterance_.source.front());
-    gain_ = attributes.volume * static_cast<float>(voice_.settings.volume) / 100;
-    part_start_ = made_;
+    speak_as(attributes);
+    taken_ = 0;
     placer_.start(sentence_, end);
     SpeechRequest request;
     request.text = std::move(utterance_.text);
@@ -215,8 +215,7 @@ void Streamer::pull_speech(std::size_t count) {
 void Streamer::take_speech(const std::vector<std::int16_t>& samples, const std::vector<SpeechEvent>& events) {
     std::size_t taken = 0;
     for (const SpeechEvent& event : events) {
-        const std::uint64_t here = made_ - part_start_;
-        const auto before = static_cast<std::size_t>(event.sample - std::min(event.sample, here));
+        const auto before = static_cast<std::size_t>(event.sample - std::min(event.sample, taken_));
         const std::size_t count = std::min(before, samples.size() - taken);
         take_samples(samples.data() + taken, count);
         taken += count;
@@ -226,11 +225,39 @@ void Streamer::take_speech(const std::vector<std::int16_t>& samples, const std::
 }
 
 void Streamer::take_samples(const std::int16_t* samples, std::size_t count) {
+    taken_ += count;
     const std::size_t before = pending_.size();
-    pending_.insert(pending_.end(), samples, samples + count);
-    made_ += count;
-    if (gain_ == 1) return;
-    for (std::size_t i = before; i < pending_.size(); ++i) pending_[i] = scaled(pending_[i], gain_);
+    if (gain_ == 1) {
+        stretch_.put(samples, count, pending_);
+    } else {
+        scaled_.resize(count);
+        std::transform(samples, samples + count, scaled_.begin(), [this](auto one) { return scaled(one, gain_); });
+        stretch_.put(scaled_.data(), count, pending_);
+    }
+    made_ += pending_.size() - before;
+}
+
+// Where the next sample will stand.
+std::uint64_t Streamer::now() const { return stretch_.is_active() ? stretch_start_ + stretch_.position() : made_; }
+
+// Volume and speed of what comes.
+void Streamer::speak_as(const Attributes& attributes) {
+    gain_ = attributes.volume * static_cast<float>(voice_.settings.volume) / 100;
+    const double speed = stretch_of(voice_.settings, attributes, utterance_.rate);
+    if (speed == speed_) return;
+    end_stretch();
+    speed_ = speed;
+    stretch_.set_speed(speed, pending_);
+    stretch_start_ = made_;
+}
+
+// All of the stretch becomes sound. Its length is not exactly what was reckoned; no event stands behind it.
+void Streamer::end_stretch() {
+    const std::size_t before = pending_.size();
+    stretch_.flush(pending_);
+    made_ += pending_.size() - before;
+    for (auto event = events_.rbegin(); event != events_.rend() && event->sample > made_; ++event)
+        event->sample = made_;
 }
 
 void Streamer::take_event(const SpeechEvent& event) {
@@ -246,20 +273,23 @@ void Streamer::take_event(const SpeechEvent& event) {
             break;
         case SpeechEvent::Kind::phoneme:
             placer_.phoneme();
-            emit_viseme(viseme_of(event.phoneme), made_);
+            emit_viseme(viseme_of(event.phoneme), now());
             break;
     }
     emit_begun_tokens();
 }
 
 void Streamer::emit_begun_tokens() {
-    while (next_token_ < placer_.begun()) emit_token(sentence_.tokens[next_token_++], made_);
+    while (next_token_ < placer_.begun()) {
+        const Token& token = sentence_.tokens[next_token_++];
+        speak_as(attributes_at(sentence_, token.first));
+        emit_token(token, now());
+    }
 }
 
 void Streamer::emit_token(const Token& token, std::uint64_t sample) {
     emit_marks_up_to(token.first, sample);
     const auto& text = sentence_.text;
-    gain_ = attributes_at(sentence_, token.first).volume * static_cast<float>(voice_.settings.volume) / 100;
     emit({TTS_EVENT_WORD, sample, text[token.first].begin, text[token.last - 1].end, nullptr, {}});
 }
 
@@ -274,6 +304,9 @@ void Streamer::emit_marks_up_to(std::uint32_t character, std::uint64_t sample) {
 void Streamer::finish_speech() {
     placer_.finish();
     emit_begun_tokens();
+    end_stretch();
+    stretch_.reset();
+    speed_ = 1;
     speaking_ = false;
 }
 
@@ -304,6 +337,8 @@ std::string Streamer::forget_output() {
         if (is_pitch(event)) pitch = event.mark;
     note_pitch_marks(next_anchor_, pitch);
     generation_.stop();
+    stretch_.reset();
+    speed_ = 1;
     speaking_ = false;
     silence_ = 0;
     pending_.clear();

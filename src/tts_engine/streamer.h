@@ -15,6 +15,7 @@
 #include "tts_engine/document.h"
 #include "tts_engine/espeak/espeak_engine.h"
 #include "tts_engine/sentence.h"
+#include "tts_engine/stretch.h"
 #include "tts_engine/utterance.h"
 #include "tts_engine/voice_file.h"
 #include "tts_engine/wave.h"
@@ -48,6 +49,9 @@ private:
     void start_speech(std::uint32_t end);
     void pull_speech(std::size_t count);
     void take_speech(const std::vector<std::int16_t>& samples, const std::vector<SpeechEvent>& events);
+    void speak_as(const Attributes& attributes);
+    std::uint64_t now() const;
+    void end_stretch();
     void take_samples(const std::int16_t* samples, std::size_t count);
     void take_event(const SpeechEvent& event);
     void emit_begun_tokens();
@@ -83,9 +87,13 @@ private:
     bool speaking_ = false;
     bool announced_ = false;  // the sentence's event is out
     bool ended_ = false;
-    std::uint64_t silence_ = 0;     // samples of a pause still to come
-    std::uint64_t part_start_ = 0;  // the sample at which the part began
+    std::uint64_t silence_ = 0;        // samples of a pause still to come
+    std::uint64_t taken_ = 0;          // samples of the part that were taken
+    std::uint64_t stretch_start_ = 0;  // the sample at which the stretch began
     float gain_ = 1;
+    Stretch stretch_;
+    double speed_ = 1;
+    std::vector<std::int16_t> scaled_;
     Utterance utterance_;
     std::vector<std::int16_t> new_samples_;
     std::vector<SpeechEvent> new_events_;

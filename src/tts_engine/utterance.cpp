@@ -15,8 +15,19 @@ constexpr char command_start = '\x01';
 constexpr int spell_characters = 0x12;
 constexpr int spell_digits = 0x41;
 
+// What espeak-ng is asked for, in words a minute. It goes up to 450, but above this its pauses shrink out of
+// proportion.
+constexpr double slowest = 80;
+constexpr double fastest = 260;
+
+double fastest_of(const VoiceSettings& voice) { return std::max<double>(fastest, voice.rate); }
+
+double wanted_rate(const VoiceSettings& voice, const Attributes& attributes) {
+    return voice.rate * static_cast<double>(attributes.rate);
+}
+
 int rate_of(const VoiceSettings& voice, const Attributes& attributes) {
-    return static_cast<int>(std::clamp(std::lround(static_cast<float>(voice.rate) * attributes.rate), 80L, 450L));
+    return static_cast<int>(std::lround(std::clamp(wanted_rate(voice, attributes), slowest, fastest_of(voice))));
 }
 
 int say_as_of(SayAs say_as) {
@@ -33,7 +44,7 @@ int say_as_of(SayAs say_as) {
 
 class Writer {
 public:
-    Writer(Utterance& utterance, const VoiceSettings& voice) : utterance_(utterance), voice_(voice) {}
+    explicit Writer(Utterance& utterance) : utterance_(utterance) {}
 
     void put(char32_t code, std::uint32_t character) {
         // Control characters are espeak-ng's commands, and the private area holds its own codes.
@@ -45,13 +56,7 @@ public:
         utterance_.source.push_back(character);
     }
 
-    void start_with(const Attributes& attributes, std::uint32_t character) {
-        rate_ = utterance_.rate = rate_of(voice_, attributes);
-        change(attributes, character);
-    }
-
     void change(const Attributes& attributes, std::uint32_t character) {
-        set(rate_, rate_of(voice_, attributes), 'S', character);
         set(say_as_, say_as_of(attributes.say_as), 'Y', character);
     }
 
@@ -90,8 +95,6 @@ private:
     }
 
     Utterance& utterance_;
-    const VoiceSettings& voice_;
-    int rate_ = 0;
     int say_as_ = 0;
 };
 
@@ -103,23 +106,42 @@ std::size_t run_at(const Sentence& sentence, std::uint32_t character) {
 
 }  // namespace
 
+double stretch_of(const VoiceSettings& voice, const Attributes& attributes, int rate) {
+    const double wanted = wanted_rate(voice, attributes);
+    return wanted / std::clamp(wanted, slowest, fastest_of(voice)) * rate_of(voice, attributes) / rate;
+}
+
 const Attributes& attributes_at(const Sentence& sentence, std::uint32_t character) {
     return sentence.runs[run_at(sentence, character)].attributes;
 }
 
 namespace {
 
+// The attributes that hold for the longest run of a stretch of a sentence.
+const Attributes& most_of(const Sentence& sentence, std::uint32_t first, std::uint32_t last) {
+    const auto& runs = sentence.runs;
+    std::size_t best = run_at(sentence, first);
+    std::uint32_t most = 0;
+    for (std::size_t i = best; i < runs.size() && runs[i].first < last; ++i) {
+        const std::uint32_t end = i + 1 < runs.size() ? std::min(runs[i + 1].first, last) : last;
+        const std::uint32_t size = end - std::max(runs[i].first, first);
+        if (size > most) best = i;
+        most = std::max(most, size);
+    }
+    return runs[best].attributes;
+}
+
 // Goes over a stretch of a sentence and writes what is said.
 class Reader {
 public:
-    Reader(const Sentence& sentence, const VoiceSettings& voice, Pronouncer& pronouncer, Utterance& utterance)
-        : sentence_(sentence), pronouncer_(pronouncer), writer_(utterance, voice) {}
+    Reader(const Sentence& sentence, Pronouncer& pronouncer, Utterance& utterance)
+        : sentence_(sentence), pronouncer_(pronouncer), writer_(utterance) {}
 
     void read(std::uint32_t first, std::uint32_t last) {
         run_ = run_at(sentence_, first);
         while (spoken_ < sentence_.spoken.size() && sentence_.spoken[spoken_].first < first) ++spoken_;
         while (token_ < sentence_.tokens.size() && sentence_.tokens[token_].first < first) ++token_;
-        writer_.start_with(attributes(), first);
+        writer_.change(attributes(), first);
         for (std::uint32_t i = first; i < last;) {
             while (run_ + 1 < sentence_.runs.size() && sentence_.runs[run_ + 1].first <= i)
                 writer_.change(sentence_.runs[++run_].attributes, i);
@@ -185,7 +207,8 @@ Utterance make_utterance(const Sentence& sentence, std::uint32_t first, std::uin
     if (first == last) return utterance;
     utterance.text.reserve(last - first + 16);
     utterance.source.reserve(last - first + 16);
-    Reader reader(sentence, voice, pronouncer, utterance);
+    utterance.rate = rate_of(voice, most_of(sentence, first, last));
+    Reader reader(sentence, pronouncer, utterance);
     reader.read(first, last);
     // What goes on later keeps its voice up.
     utterance.end_pause = last == text.size() && sentence.ends;

@@ -16,7 +16,7 @@ namespace tts {
 struct Utterance {
     std::string text;  // plain clauses with espeak-ng's embedded commands; empty if nothing is to be said
     std::vector<std::uint32_t> source;  // for each code point of the text the character of the sentence it comes from
-    int rate = 0;                       // that it starts with, in words a minute
+    int rate = 0;                       // in words a minute
     bool end_pause = true;
     bool phonemes = false;  // [[...]] in the text holds phonemes by their mnemonics
 };
@@ -37,6 +37,10 @@ public:
 // characters come, evenly, from those.
 Utterance make_utterance(const Sentence& sentence, std::uint32_t first, std::uint32_t last, const VoiceSettings& voice,
                          Pronouncer& pronouncer);
+
+// espeak-ng speaks all of an utterance at one rate; where another is wanted, or one that it cannot, the sound is made
+// this much faster.
+double stretch_of(const VoiceSettings& voice, const Attributes& attributes, int rate);
 
 // The attributes in force at a character of a sentence with text.
 const Attributes& attributes_at(const Sentence& sentence, std::uint32_t character);

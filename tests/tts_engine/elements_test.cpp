@@ -76,6 +76,42 @@ TEST(Prosody, rate_changes_the_length) {
     EXPECT_EQ(seconds_of(prosody("rate", "1.00")), plain);
 }
 
+TEST(Prosody, rate_holds_far_beyond_what_the_synthesiser_below_can) {
+    const double plain = seconds_of(sentence);
+    for (const double factor : {0.2, 0.3, 0.5, 0.8, 1.5, 2.0, 3.0, 4.0, 5.0}) {
+        const double measured = plain / seconds_of(prosody("rate", std::to_string(factor)));
+        EXPECT_NEAR(measured / factor, 1, 0.08) << factor;
+    }
+}
+
+TEST(Prosody, rate_that_stretches_keeps_pitch_and_events) {
+    const Speech plain = speak("<speak>" + sentence + "</speak>");
+    for (const char* factor : {"0.30", "2.50"}) {
+        const Speech speech = speak("<speak>" + prosody("rate", factor) + "</speak>");
+        EXPECT_EQ(speech.words(), plain.words());
+        EXPECT_NEAR(pitch_of(speech) / pitch_of(plain), 1, 0.08);
+        // Each word begins at the same part of the whole.
+        for (const char* word : {"sentence", "length", "clock"}) {
+            const double part =
+                static_cast<double>(speech.sample_of(word)) / static_cast<double>(speech.samples.size());
+            EXPECT_NEAR(part, static_cast<double>(plain.sample_of(word)) / static_cast<double>(plain.samples.size()),
+                        0.05)
+                << word;
+        }
+    }
+}
+
+TEST(Prosody, rate_that_stretches_part_of_a_sentence_leaves_the_rest) {
+    const Speech plain = speak("<speak>Here is one and here is another one.</speak>");
+    const Speech speech = speak("<speak>Here is one <prosody rate=\"0.25\">and here</prosody> is another one.</speak>");
+    EXPECT_EQ(speech.words(), plain.words());
+    const auto rest = [](const Speech& one) {
+        return static_cast<double>(one.samples.size() - one.sample_of("another"));
+    };
+    EXPECT_NEAR(rest(speech) / rest(plain), 1, 0.1);
+    EXPECT_NEAR(static_cast<double>(speech.sample_of("and")) / static_cast<double>(plain.sample_of("and")), 1, 0.05);
+}
+
 TEST(Prosody, rate_without_meaning_is_passed_over) {
     const double plain = seconds_of(sentence);
     for (const char* value : {"", "nonsense", "-0.05", "0.00", "nan", "inf", "1e5000", "12px"})

@@ -120,6 +120,19 @@ TEST(Records, hold_at_most_what_was_asked_for) {
     }
 }
 
+TEST(Records, of_stretched_speech_do_not_depend_on_what_was_asked_for) {
+    const TestVoice voice;
+    const std::string document =
+        "<speak><prosody rate=\"0.2\">One sentence.</prosody> And <prosody rate=\"4\">another one "
+        "here.</prosody></speak>";
+    const Speech usual = speak(voice, document, 2205);
+    for (const std::uint32_t asked : {1u, 441u, 100000u}) {
+        const Speech speech = speak(voice, document, asked);
+        EXPECT_TRUE(speech.samples == usual.samples) << asked;
+        EXPECT_EQ(speech.events, usual.events) << asked;
+    }
+}
+
 TEST(Records, of_no_samples_asked_for_still_bring_the_text_to_its_end) {
     const TestVoice voice;
     tts_streamer streamer = tts_streamer_start(voice, "<speak>Hi.</speak>", -1.0f);
