@@ -1,4 +1,6 @@
 // Quoting of literal text for a pattern. pcrecpp has one of its own, which also quotes blanks.
+#include <cstring>
+
 #include "regexp/regexp.h"
 
 namespace regexp {
@@ -27,6 +29,10 @@ std::string RE::QuoteMeta(const std::string& text) { return quoted(text.data(), 
 
 std::string RE::QuoteMeta(const pcrecpp::StringPiece& text) {
     return quoted(text.data(), static_cast<std::size_t>(text.size()));
+}
+
+std::string RE::QuoteMeta(const char* text) {
+    return text == nullptr ? std::string() : quoted(text, std::strlen(text));
 }
 
 }  // namespace regexp

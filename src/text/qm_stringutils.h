@@ -4,6 +4,7 @@
 // linear time.
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <list>
 #include <set>
@@ -44,6 +45,12 @@ std::string& trim(std::string& s);
 // text.
 int str2int(const std::string& text);
 int str2int(const std::string* text);
+// For literals, which could otherwise be a string as well as a regexp::Match (see speechtext/speechtext.h). Templates,
+// so that a plain nullptr keeps meaning the pointer above.
+template <std::same_as<char> Char>
+int str2int(const Char* text) {
+    return text == nullptr ? 0 : str2int(std::string(text));
+}
 
 // What the C library's atof gives in the C locale, with the first comma of the text taken for a point, whatever the
 // process's locale: "3,5" is 3.5, "1,5,7" is 1.5. Blanks, a sign, an exponent, hexadecimal ("0x1.8p1" is 3), "inf" and
@@ -51,6 +58,10 @@ int str2int(const std::string* text);
 // for a double. A null pointer reads as an empty text.
 double str2float(const std::string& text);
 double str2float(const std::string* text);
+template <std::same_as<char> Char>
+double str2float(const Char* text) {
+    return text == nullptr ? 0 : str2float(std::string(text));
+}
 
 // ---- Replacing ----------------------------------------------------------------------------------------------------
 

@@ -130,6 +130,14 @@ TEST(QuoteMeta, takes_string_pieces_and_matches) {
     EXPECT_EQ(RE::QuoteMeta(Match()), "");
 }
 
+TEST(QuoteMeta, takes_literals_up_to_their_nul) {
+    EXPECT_EQ(RE::QuoteMeta("a.b c"), "a\\.b c");
+    EXPECT_EQ(RE::QuoteMeta("a\0b"), "a");
+    char own[] = "1+1";
+    EXPECT_EQ(RE::QuoteMeta(own), "1\\+1");
+    EXPECT_EQ(RE::QuoteMeta(static_cast<const char*>(nullptr)), "");
+}
+
 TEST(QuoteMeta, quoted_text_matches_itself) {
     std::string all;
     for (int byte = 1; byte < 0x80; ++byte) all += static_cast<char>(byte);

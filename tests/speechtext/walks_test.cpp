@@ -3,6 +3,7 @@
 
 #include "regexp/regexp.h"
 #include "speechtext/texts.h"
+#include "text/qm_stringutils.h"
 
 namespace {
 
@@ -215,6 +216,17 @@ TEST(StringForms, numbers_of_texts_and_matches) {
     const std::string bytes = "-7,25 m";
     EXPECT_EQ(str2int(regexp::Match(bytes)), -7);
     EXPECT_EQ(str2float(regexp::Match(bytes)), -7.25);
+}
+
+// With the forms above declared, a literal could be a string or a match.
+TEST(StringForms, numbers_of_literals) {
+    EXPECT_EQ(str2int("12abc"), 12);
+    EXPECT_EQ(str2float("3,5"), 3.5);
+    char own[] = "42";
+    EXPECT_EQ(str2int(own), 42);
+    EXPECT_EQ(str2float(own), 42);
+    EXPECT_EQ(str2int(std::string("7")), 7);
+    EXPECT_EQ(str2int(nullptr), 0);
 }
 
 }  // namespace

@@ -53,6 +53,15 @@ TEST(Str2int, pointer_form) {
     const std::string text = "12";
     EXPECT_EQ(str2int(&text), 12);
     EXPECT_EQ(str2int(static_cast<const std::string*>(nullptr)), 0);
+    EXPECT_EQ(str2int(nullptr), 0);
+}
+
+TEST(Str2int, characters_end_at_their_nul) {
+    const char nul_inside[] = {'1', '2', '\0', '3', '\0'};
+    EXPECT_EQ(str2int(nul_inside), 12);
+    char own[] = "-7 apples";
+    EXPECT_EQ(str2int(own), -7);
+    EXPECT_EQ(str2int(static_cast<const char*>(nullptr)), 0);
 }
 
 TEST(Str2float, point_and_comma) {
@@ -133,6 +142,7 @@ TEST(Str2float, pointer_form) {
     const std::string text = "3,5";
     EXPECT_EQ(str2float(&text), 3.5);
     EXPECT_EQ(str2float(static_cast<const std::string*>(nullptr)), 0);
+    EXPECT_EQ(str2float(nullptr), 0);
 }
 
 TEST(Str2float, process_locale_does_not_matter) {
