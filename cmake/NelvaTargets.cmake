@@ -11,6 +11,10 @@ if(NELVA_SANITIZE)
                                                  -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(nelva_options INTERFACE -fsanitize=address,undefined)
 endif()
+if(NELVA_FUZZ)
+  # Coverage, which libFuzzer steers by.
+  target_compile_options(nelva_options INTERFACE -fsanitize=fuzzer-no-link)
+endif()
 if(WIN32)
   # The shipped DLL must not depend on any compiler runtime DLL.
   target_link_options(nelva_options INTERFACE -static -static-libgcc -static-libstdc++)

@@ -232,8 +232,9 @@ public:
                               const RE_Options& options);
 
     // A pattern that matches the text literally: a backslash stands in front of every ASCII byte but letters, digits,
-    // underscore and blank; NUL becomes "\0"; other bytes stay, so that UTF-8 sequences stay whole. The third form is
-    // for literals, which could be either of the others; a null pointer reads as an empty text there.
+    // underscore and blank; NUL becomes "\0", which an octal digit behind it extends ("\01" is the byte 1); other bytes
+    // stay, so that UTF-8 sequences stay whole. The third form is for literals, which could be either of the others; a
+    // null pointer reads as an empty text there.
     static std::string QuoteMeta(const std::string& text);
     static std::string QuoteMeta(const pcrecpp::StringPiece& text);
     static std::string QuoteMeta(const char* text);

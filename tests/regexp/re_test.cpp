@@ -120,6 +120,14 @@ TEST(QuoteMeta, letters_digits_underscore_and_blank_stay) {
 
 TEST(QuoteMeta, nul_becomes_a_zero_escape) { EXPECT_EQ(RE::QuoteMeta(std::string("a\0b", 3)), "a\\0b"); }
 
+// Kept: "\0" and an octal digit are one number to PCRE.
+TEST(QuoteMeta, digit_behind_nul_extends_it) {
+    const std::string nul_one("\0001", 2);
+    EXPECT_EQ(RE::QuoteMeta(nul_one), "\\01");
+    EXPECT_FALSE(RE::match(RE::QuoteMeta(nul_one), nul_one, RE_Options()));
+    EXPECT_TRUE(RE::match(RE::QuoteMeta(nul_one), std::string("\001"), RE_Options()));
+}
+
 TEST(QuoteMeta, bytes_with_the_top_bit_stay) {
     EXPECT_EQ(RE::QuoteMeta(std::string("\xC3\xA9\x80\xFF")), "\xC3\xA9\x80\xFF");
 }
