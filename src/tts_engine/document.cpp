@@ -33,8 +33,8 @@ bool is_pitch_mark(const std::string& name) {
 
 }  // namespace
 
-Document::Document(std::string_view text, std::string voice_language)
-    : text_(text), voice_language_(std::move(voice_language)) {
+Document::Document(std::string_view text, std::string voice_language, double voice_pitch)
+    : text_(text), voice_language_(std::move(voice_language)), voice_pitch_(voice_pitch) {
     rewind();
 }
 
@@ -193,7 +193,7 @@ void Document::set_prosody(const MarkupAttributes& attributes) {
         attributes_.range = range_from(*range, attributes_.range).value_or(attributes_.range);
     const std::string* pitch = find(attributes, "pitch");
     if (pitch == nullptr || is_writers_pitch(*pitch)) return;
-    attributes_.pitch = pitch_from(*pitch, attributes_.pitch).value_or(attributes_.pitch);
+    attributes_.pitch = pitch_from(*pitch, attributes_.pitch, voice_pitch_).value_or(attributes_.pitch);
 }
 
 void Document::set_emphasis(const MarkupAttributes& attributes) {

@@ -28,8 +28,9 @@ namespace tts {
 
 class Document final : private MarkupHandler {
 public:
-    // `text` outlives the document. `voice_language` is the tag of what xml:lang does not name.
-    explicit Document(std::string_view text, std::string voice_language = "en");
+    // `text` outlives the document. `voice_language` is the tag of what xml:lang does not name, and `voice_pitch` the
+    // pitch in Hz that a pitch factor of 1 means.
+    explicit Document(std::string_view text, std::string voice_language = "en", double voice_pitch = 100);
 
     // The next sentence, read as late as can be. False when there is none.
     bool next(Sentence& sentence);
@@ -93,6 +94,7 @@ private:
 
     std::string_view text_;
     std::string voice_language_;
+    double voice_pitch_;
     std::unique_ptr<MarkupReader> reader_;
     SentenceCutter cutter_;
     std::vector<Open> open_;

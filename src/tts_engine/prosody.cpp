@@ -88,7 +88,7 @@ std::optional<float> frequency_from(const std::string& value, float now, double 
 
 }  // namespace
 
-std::optional<float> pitch_from(const std::string& value, float now) {
+std::optional<float> pitch_from(const std::string& value, float now, double voice_pitch_hz) {
     return frequency_from(value, now, voice_pitch_hz);
 }
 

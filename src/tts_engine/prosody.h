@@ -16,10 +16,9 @@ namespace tts {
 //   range    as pitch; a range of 50 Hz is the voice's own
 //   volume   "50" absolute on 0 to 100; "+10" adds, "+10%" relative; "-6.0dB" relative; silent x-soft soft medium loud
 //            x-loud default
-constexpr float voice_pitch_hz = 100;
-constexpr float voice_range_hz = 50;
+constexpr double voice_range_hz = 50;
 std::optional<float> rate_from(const std::string& value, float now);
-std::optional<float> pitch_from(const std::string& value, float now);
+std::optional<float> pitch_from(const std::string& value, float now, double voice_pitch_hz);
 std::optional<float> range_from(const std::string& value, float now);
 std::optional<float> volume_from(const std::string& value, float now);
 

@@ -42,7 +42,7 @@ std::int16_t scaled(std::int16_t sample, float gain) {
 }  // namespace
 
 Streamer::Streamer(const StreamerVoice& voice, std::string_view text)
-    : voice_(voice), document_(text, voice.settings.language), espeak_voices_{voice.espeak_voice} {}
+    : voice_(voice), document_(text, voice.settings.language, voice.pitch_hz), espeak_voices_{voice.espeak_voice} {}
 
 // ---- Records
 
@@ -149,11 +149,10 @@ bool Streamer::next_part() {
         end = std::min(end, sentence_.anchors[i].position);
         break;
     }
-    // Another language is another voice, and a pitch holds for the whole of what espeak-ng gets at a time.
+    // Another language is another voice.
     const Attributes& here = attributes_at(sentence_, position_);
     for (const Run& run : sentence_.runs) {
-        const bool same = run.attributes.language == here.language && run.attributes.pitch == here.pitch;
-        if (run.first <= position_ || same) continue;
+        if (run.first <= position_ || run.attributes.language == here.language) continue;
         end = std::min(end, run.first);
         break;
     }
@@ -178,7 +177,7 @@ void Streamer::start_speech(std::uint32_t end) {
     request.variant = voice_.settings.variant;
     request.rate = utterance_.rate;
     request.pitch = voice_.settings.pitch;
-    request.pitch_factor = std::clamp(static_cast<double>(attributes.pitch), 0.1, 10.0);
+    request.pitches = utterance_.pitches;
     request.range = voice_.settings.range;
     request.end_pause = utterance_.end_pause;
     request.phonemes = utterance_.phonemes;

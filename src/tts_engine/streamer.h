@@ -27,6 +27,7 @@ namespace tts {
 struct StreamerVoice {
     VoiceSettings settings;
     std::string espeak_voice;  // the language as espeak-ng names it
+    double pitch_hz = 100;     // the middle of its melody
 };
 
 class Streamer final : private Pronouncer {

@@ -101,6 +101,8 @@ tts::StreamerVoice load_settings(const std::string& name) {
     if (!voice.settings.variant.empty() && !EspeakEngine::has_variant(voice.settings.variant))
         throw std::runtime_error("voice \"" + name + "\": espeak-ng has no variant \"" + voice.settings.variant + "\"");
     EspeakEngine::load_voice(voice.espeak_voice, voice.settings.variant);
+    voice.pitch_hz = EspeakEngine::middle_pitch(voice.espeak_voice, voice.settings.variant, voice.settings.pitch,
+                                                voice.settings.range);
     return voice;
 }
 

@@ -58,6 +58,11 @@ public:
 
     void change(const Attributes& attributes, std::uint32_t character) {
         set(say_as_, say_as_of(attributes.say_as), 'Y', character);
+        auto& pitches = utterance_.pitches;
+        const PitchChange change{static_cast<std::uint32_t>(utterance_.source.size()), attributes.pitch,
+                                 attributes.range};
+        if (!pitches.empty() && pitches.back().factor == change.factor && pitches.back().range == change.range) return;
+        pitches.push_back(change);
     }
 
     // Other text in place of what is written.

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tts_engine/espeak/espeak_engine.h"
 #include "tts_engine/sentence.h"
 #include "tts_engine/voice_file.h"
 
@@ -16,6 +17,7 @@ namespace tts {
 struct Utterance {
     std::string text;  // plain clauses with espeak-ng's embedded commands; empty if nothing is to be said
     std::vector<std::uint32_t> source;  // for each code point of the text the character of the sentence it comes from
+    std::vector<PitchChange> pitches;   // the first at 0
     int rate = 0;                       // in words a minute
     bool end_pause = true;
     bool phonemes = false;  // [[...]] in the text holds phonemes by their mnemonics

@@ -157,6 +157,51 @@ TEST(Pitch, of_a_hosts_own_prosody_is_heard) {
     EXPECT_NEAR(pitch_of(speak(document_of(prosody("pitch", "x-high")))) / plain, 1.4, 0.1);
 }
 
+TEST(Pitch, in_hertz_is_the_one_that_is_heard) {
+    for (const char* name : {"en-us-22i", "en-us-f-22i", "de-22i"}) {
+        const TestVoice voice(name);
+        const double measured = pitch_of(speak(voice, document_of(prosody("pitch", "160Hz"))));
+        EXPECT_NEAR(measured / 160, 1, 0.1) << name;
+        const double plain = pitch_of(speak(voice, document_of(sentence)));
+        EXPECT_NEAR(pitch_of(speak(voice, document_of(prosody("pitch", "+40Hz")))) - plain, 40, 8) << name;
+    }
+}
+
+TEST(Pitch, inside_a_sentence_holds_for_its_words_and_keeps_the_sentence_whole) {
+    const std::string first = "We all came over here and ";
+    const std::string second = "nobody ever saw a thing of it";
+    const Speech plain = speak(document_of(first + second + "."));
+    const Speech mixed = speak(document_of(first + "<prosody pitch=\"+50%\">" + second + "</prosody>."));
+    EXPECT_EQ(mixed.words(), plain.words());
+    // The same sounds at the same time.
+    EXPECT_NEAR(static_cast<double>(mixed.samples.size()), static_cast<double>(plain.samples.size()), 500);
+    const auto part = [](const Speech& whole, std::size_t from, std::size_t to) {
+        Speech result;
+        result.samples.assign(whole.samples.begin() + static_cast<long>(from),
+                              whole.samples.begin() + static_cast<long>(to));
+        return pitch_of(result);
+    };
+    const std::size_t middle = plain.sample_of("nobody");
+    EXPECT_NEAR(part(mixed, 0, middle) / part(plain, 0, middle), 1, 0.03);
+    const std::size_t end = std::min(plain.samples.size(), mixed.samples.size());
+    EXPECT_NEAR(part(mixed, middle, end) / part(plain, middle, end), 1.5, 0.1);
+}
+
+TEST(Prosody, range_makes_the_melody_flatter_and_wider) {
+    const auto spread = [](const std::string& range) {
+        const Speech speech = speak(document_of(prosody("range", range)));
+        std::vector<double> pitches;
+        for (std::size_t first = 0; first + 1320 < speech.samples.size(); first += 450)
+            if (const double pitch = pitch_at(speech, first, 900); pitch > 0) pitches.push_back(pitch);
+        std::sort(pitches.begin(), pitches.end());
+        return pitches[pitches.size() * 9 / 10] - pitches[pitches.size() / 10];
+    };
+    const double plain = spread("default");
+    EXPECT_LT(spread("x-low"), 0.8 * plain);
+    EXPECT_GT(spread("x-high"), 1.2 * plain);
+    EXPECT_LT(spread("-50%"), 0.8 * plain);
+}
+
 TEST(Pitch, that_a_mark_asks_for_is_not_made_here_a_second_time) {
     // What the host's side writes for a fragment an octave higher; the caller applies the mark.
     const Speech marked = speak("<speak version=\"1.0\" xml:lang=\"en\"><mark name=\"P10\"/><prosody pitch=\"+100%\">" +

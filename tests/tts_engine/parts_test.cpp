@@ -102,12 +102,12 @@ TEST(Prosody, rate_values) {
 }
 
 TEST(Prosody, pitch_values) {
-    EXPECT_FLOAT_EQ(*tts::pitch_from("+100%", 1.5f), 3);
-    EXPECT_FLOAT_EQ(*tts::pitch_from("-12st", 1), 0.5f);
-    EXPECT_FLOAT_EQ(*tts::pitch_from("150Hz", 3), 1.5f);  // of a voice of 100 Hz
-    EXPECT_FLOAT_EQ(*tts::pitch_from("+50Hz", 1), 1.5f);
-    EXPECT_FLOAT_EQ(*tts::pitch_from("low", 3), 0.8f);
-    EXPECT_FALSE(tts::pitch_from("50", 1));
+    EXPECT_FLOAT_EQ(*tts::pitch_from("+100%", 1.5f, 100), 3);
+    EXPECT_FLOAT_EQ(*tts::pitch_from("-12st", 1, 100), 0.5f);
+    EXPECT_FLOAT_EQ(*tts::pitch_from("150Hz", 3, 100), 1.5f);  // of a voice of 100 Hz
+    EXPECT_FLOAT_EQ(*tts::pitch_from("+50Hz", 1, 100), 1.5f);
+    EXPECT_FLOAT_EQ(*tts::pitch_from("low", 3, 100), 0.8f);
+    EXPECT_FALSE(tts::pitch_from("50", 1, 100));
 }
 
 TEST(Prosody, volume_values) {

@@ -232,6 +232,14 @@ void EspeakEngine::load_voice(const std::string& language, const std::string& va
     set_voice(engine, language, variant);
 }
 
+double EspeakEngine::middle_pitch(const std::string& language, const std::string& variant, int pitch, int range) {
+    State& engine = state();
+    std::lock_guard<std::mutex> guard(engine.lock);
+    Generation::finish_work();
+    set_voice(engine, language, variant);
+    return espeak_stepper_middle_pitch(pitch, range);
+}
+
 namespace {
 
 struct PhonemeCollector {
@@ -279,8 +287,11 @@ void Generation::start(SpeechRequest request) {
     in_work_ = false;
     request_ = std::move(request);
     set_voice(engine, request_.language, request_.variant);
-    const espeak_stepper_settings settings = {request_.rate,         request_.pitch,     request_.range,
-                                              request_.pitch_factor, request_.end_pause, request_.phonemes};
+    pitches_.clear();
+    for (const PitchChange& change : request_.pitches)
+        pitches_.push_back({change.position, std::clamp<double>(change.factor, 0.1, 10), change.range});
+    const espeak_stepper_settings settings = {request_.rate,   request_.pitch,     request_.range,   pitches_.data(),
+                                              pitches_.size(), request_.end_pause, request_.phonemes};
     if (espeak_stepper_begin(request_.text.c_str(), &settings) != 0)
         throw std::runtime_error("espeak-ng does not take the text");
     in_work_ = true;

@@ -14,9 +14,17 @@
 #include <string>
 #include <vector>
 
+#include "tts_engine/espeak/espeak_stepper.h"
 #include "tts_engine/ipa.h"
 
 namespace tts {
+
+// From the word that starts at code point `position` of a text on, pitch and width of the melody are multiplied.
+struct PitchChange {
+    std::uint32_t position = 0;
+    float factor = 1;
+    float range = 1;
+};
 
 // What is spoken and how. `rate`, `pitch` and `range` are on espeak-ng's scales (espeak_stepper.h).
 struct SpeechRequest {
@@ -26,7 +34,7 @@ struct SpeechRequest {
     int rate = 175;
     int pitch = 50;
     int range = 50;
-    double pitch_factor = 1;
+    std::vector<PitchChange> pitches{{}};
     bool end_pause = true;
     bool phonemes = false;  // [[...]] in the text holds phonemes by their mnemonics
 };
@@ -65,6 +73,7 @@ private:
     static void finish_work();
 
     SpeechRequest request_;
+    std::vector<espeak_stepper_pitch> pitches_;
     std::vector<std::int16_t> samples_;
     std::vector<SpeechEvent> events_;
     std::uint64_t produced_ = 0;
@@ -89,6 +98,9 @@ public:
     // The phonemes of a voice of espeak-ng, with their names in IPA. Tables are kept. Throws std::runtime_error if
     // espeak-ng cannot load the voice.
     static std::shared_ptr<const IpaTable> ipa_table(const std::string& language);
+
+    // The middle of the melody of a voice, with a pitch and a range as SpeechRequest's, in Hz. Throws as load_voice.
+    static double middle_pitch(const std::string& language, const std::string& variant, int pitch, int range);
 
     // Whether there is a voice variant of that name.
     static bool has_variant(const std::string& name);

@@ -45,8 +45,31 @@ static void* current_context;
 static unsigned char* current_start;
 static int plan_due;  // the first clause is read and not yet announced
 
+static const espeak_stepper_pitch* pitches;  // what holds, and those to come
+static size_t pitches_left;
+static int usual_range;
+
+// The generator takes its own copy of the voice, so that the one in force stays as it is.
+static void apply_pitch(void) {
+    wvoice->pitch_base = (int)(voice->pitch_base * pitches->factor);
+    wvoice->pitch_range = (int)(voice->pitch_range * pitches->factor);
+    const double range = usual_range * pitches->range;
+    embedded_value[EMBED_R] = range < 0 ? 0 : range > 99 ? 99 : (int)(range + 0.5);
+}
+
+static void pitch_at_word(uint32_t position) {
+    int changed = 0;
+    while (pitches_left > 1 && pitches[1].position <= position) {
+        ++pitches;
+        --pitches_left;
+        changed = 1;
+    }
+    if (changed) apply_pitch();
+}
+
 void espeak_stepper_marker(int type, unsigned int char_position, int value, int value2, unsigned char* place) {
     espeak_stepper_event event;
+    if (type == espeakEVENT_WORD && (char_position & 0xffffff) > 0) pitch_at_word((char_position & 0xffffff) - 1);
     if (current_sink == NULL || (type != espeakEVENT_WORD && type != espeakEVENT_PHONEME)) return;
     memset(&event, 0, sizeof event);
     event.sample = (size_t)(place - current_start) / 2;
@@ -128,8 +151,10 @@ static void apply_settings(const espeak_stepper_settings* settings) {
     espeak_ng_SetParameter(espeakPITCH, settings->pitch, 0);
     espeak_ng_SetParameter(espeakRANGE, settings->range, 0);
     WavegenSetVoice(voice);
-    wvoice->pitch_base = (int)(wvoice->pitch_base * settings->factor);
-    wvoice->pitch_range = (int)(wvoice->pitch_range * settings->factor);
+    pitches = settings->pitches;
+    pitches_left = settings->pitch_count;
+    usual_range = settings->range;
+    apply_pitch();
 }
 
 // Tells of the clause that was read last.
@@ -219,7 +244,17 @@ void espeak_stepper_list_phonemes(espeak_stepper_phoneme_sink sink, void* contex
     }
 }
 
+// Of the pitches from 0 to about 100 that espeak-ng gives a sentence's syllables, the middle one.
+double espeak_stepper_middle_pitch(int pitch, int range) {
+    const int middle = 60;
+    if (voice == NULL) return 100;
+    const double width = voice->pitch_range * range / 50.0;
+    const double base = voice->pitch_base * pitch_adjust_tab[pitch] / 128.0 - (width - voice->pitch_range) * 18;
+    return (base + middle * width / 2) / 4096;
+}
+
 void espeak_stepper_drop(void) {
+    pitches_left = 0;
     // The generator keeps its place in a command that it has begun, so the queue is played to its end, unheard.
     unsigned char unheard[4096];
     current_sink = NULL;

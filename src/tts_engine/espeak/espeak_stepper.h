@@ -41,14 +41,23 @@ typedef struct espeak_stepper_event {
 // Takes the events of one `espeak_stepper_fill`, in order.
 typedef void (*espeak_stepper_sink)(void* context, const espeak_stepper_event* event);
 
+// From the word that starts at a character of the text on, counted from 0, the melody's frequencies are multiplied by
+// `factor` and its width by `range`.
+typedef struct espeak_stepper_pitch {
+    uint32_t position;
+    double factor;  // 0.1 to 10
+    double range;   // 0 to 2
+} espeak_stepper_pitch;
+
 // How a text is spoken: espeak-ng's own scales.
 typedef struct espeak_stepper_settings {
-    int rate;       // words a minute, 80 to 450
-    int pitch;      // 0 to 99, 50 is the voice's own
-    int range;      // 0 to 99, 50 is the voice's own
-    double factor;  // that all frequencies of the melody are multiplied by, 0.1 to 10
-    int end_pause;  // whether the pause that ends a sentence follows the text's last clause
-    int phonemes;   // whether [[...]] in the text holds phonemes by their mnemonics
+    int rate;                             // words a minute, 80 to 450
+    int pitch;                            // 0 to 99, 50 is the voice's own
+    int range;                            // 0 to 99, 50 is the voice's own
+    const espeak_stepper_pitch* pitches;  // by position, the first at 0; the caller keeps them until the text is done
+    size_t pitch_count;                   // at least 1
+    int end_pause;                        // whether the pause that ends a sentence follows the text's last clause
+    int phonemes;                         // whether [[...]] in the text holds phonemes by their mnemonics
 } espeak_stepper_settings;
 
 // Reads espeak-ng's data from the folder `data`. 0 on success; otherwise the reason stands in `message`.
@@ -68,6 +77,9 @@ size_t espeak_stepper_fill(int16_t* samples, size_t capacity, espeak_stepper_sin
 // Tells of each phoneme of the voice that was set last that can be said: its mnemonic and its name in IPA.
 typedef void (*espeak_stepper_phoneme_sink)(void* context, const char* mnemonic, const char* ipa);
 void espeak_stepper_list_phonemes(espeak_stepper_phoneme_sink sink, void* context);
+
+// The middle of a voice's melody in Hz, for the voice that was set last.
+double espeak_stepper_middle_pitch(int pitch, int range);
 
 // Drops what is left of the text.
 void espeak_stepper_drop(void);
