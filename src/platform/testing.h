@@ -127,6 +127,10 @@ long live_process_handles();
 void post_message(UINT message);
 inline constexpr UINT message_error = 0xFFFFFFFF;
 
+// While set, which it is at the start, GetMessageA gives a WM_TIMER every 10 ms when nothing is queued. Otherwise it
+// waits until something is posted, as a queue without a timer does.
+void set_ticks(bool ticks);
+
 // Called with each message that DispatchMessageA gets. An empty function takes it off.
 void set_dispatch_hook(std::function<void(const MSG&)> hook);
 

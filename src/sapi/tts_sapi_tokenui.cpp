@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "engine/nelva_sapi.h"
+#include "sapi/sapi_datakey.h"
 #include "sapi/sapi_evtlog.h"
 
 const TTS_SAPI_TokenUI_Table TTS_SAPI_TokenUI_Vtbl = {TTS_SAPI_TokenUI_QueryInterface, TTS_SAPI_TokenUI_AddRef,
@@ -28,10 +29,51 @@ constexpr DWORD default_language = 0x400;  // the process's own language
 
 bool is_engine_properties(LPCWSTR type) { return type && wide_equal(type, engine_properties); }
 
-// A string value of the token, CoTaskMemAlloc; null where there is none.
-LPWSTR token_value(ISpObjectToken* token, LPCWSTR name) {
+// A string value of the token or of a key of it, CoTaskMemAlloc; null where there is none.
+LPWSTR token_value(ISpDataKey* key, LPCWSTR name) {
     LPWSTR text = nullptr;
-    return SUCCEEDED(token->GetStringValue(name, &text)) ? text : nullptr;
+    return SUCCEEDED(key->GetStringValue(name, &text)) ? text : nullptr;
+}
+
+bool is_blank(WCHAR unit) { return unit == ' ' || (unit >= '\t' && unit <= '\r'); }
+
+// 16 for what is no digit.
+DWORD hex_digit(WCHAR unit) {
+    if (unit >= '0' && unit <= '9') return unit - DWORD{'0'};
+    const DWORD letter = unit | 0x20u;
+    return letter >= 'a' && letter <= 'f' && unit < 0x80 ? letter - 'a' + 10 : 16;
+}
+
+// The number at the text's front, as wcstoul reads it with base 16; 0 where there is none. (wchar_t is no WCHAR off
+// Windows.)
+DWORD leading_hex_number(LPCWSTR text) {
+    while (is_blank(*text)) ++text;
+    const bool negative = *text == '-';
+    if (*text == '-' || *text == '+') ++text;
+    if (text[0] == '0' && (text[1] | 0x20) == 'x' && hex_digit(text[2]) < 16) text += 2;
+    ULONGLONG number = 0;
+    for (; hex_digit(*text) < 16; ++text) {
+        number = number * 16 + hex_digit(*text);
+        if (number > 0xFFFFFFFFu) return 0xFFFFFFFFu;
+    }
+    return static_cast<DWORD>(negative ? 0 - number : number);
+}
+
+// The editor is told nothing of the voice's name and language: its command line has no place for them. They are read
+// all the same, so that a token sees the same questions in the same order from every page that this engine has.
+void read_identity(ISpDataKey* attributes) {
+    LPWSTR name = token_value(attributes, NELVA_WIDE("Name"));
+    LPWSTR language = token_value(attributes, NELVA_WIDE("Language"));
+    const DWORD langid = language ? leading_hex_number(language) : 0;
+    if (langid != 0) GlobalFree(lang_from_ms_langcode(langid));
+    CoTaskMemFree(name);
+    CoTaskMemFree(language);
+}
+
+// Null when the token has no such key; the editor can do without it.
+ISpDataKey* open_attributes(ISpObjectToken* token) {
+    ISpDataKey* attributes = nullptr;
+    return SUCCEEDED(token->OpenKey(NELVA_WIDE("Attributes"), &attributes)) ? attributes : nullptr;
 }
 
 void log_missing(const char* name) { log_eventA(EVENTLOG_ERROR_TYPE, EVENT_CATEGORY_SYSTEM, EVENT_DATA_MISSING, name); }
@@ -78,7 +120,7 @@ HANDLE start_editor(HWND parent, LPCWSTR editor, LPWSTR command) {
 // Keeps the thread's windows alive while the editor runs. The process is looked at only after a message was dispatched;
 // WM_QUIT ends the wait, and the editor may run on.
 void wait_for_editor(HANDLE process) {
-    MSG message;
+    MSG message = {};  // a GetMessageA that fails leaves it as it is, and counts as a message
     while (GetMessageA(&message, nullptr, 0, 0)) {
         TranslateMessage(&message);
         DispatchMessageA(&message);
@@ -118,12 +160,15 @@ HRESULT STDMETHODCALLTYPE TTS_SAPI_TokenUI_IsUISupported(TTS_SAPI_TokenUI* recor
 HRESULT STDMETHODCALLTYPE TTS_SAPI_TokenUI_DisplayUI(TTS_SAPI_TokenUI*, HWND parent, LPCWSTR, LPCWSTR type, void*,
                                                      ULONG, ISpObjectToken* token, IUnknown*) {
     if (!is_engine_properties(type) || !token) return E_INVALIDARG;
+    ISpDataKey* attributes = open_attributes(token);
+    if (attributes) read_identity(attributes);
     LPWSTR lexicon = token_value(token, lexicon_value);
     LPWSTR editor = token_value(token, editor_value);
     if (!editor) log_missing("dictEditorPath");
     if (!lexicon) log_missing("Attributes\\lexPath");
     LPWSTR command = editor && lexicon ? editor_command(editor, lexicon) : nullptr;
     CoTaskMemFree(lexicon);
+    if (attributes) attributes->Release();
     HRESULT result = S_FALSE;
     if (command) {
         result = run_editor(parent, editor, command);

@@ -9,6 +9,10 @@
 
 #include "platform/win32.h"
 
+#ifndef _WIN32
+#include "platform/native/locale_names.h"
+#endif
+
 namespace {
 
 struct Expectation {
@@ -103,6 +107,38 @@ TEST(LocaleInfo, errors_by_their_code) {
     EXPECT_EQ(error(0x7777, name, 16), static_cast<DWORD>(ERROR_INVALID_FLAGS));
 }
 
+// ---- English names and numbers ----
+
+std::string english_name(LCID id) {
+    WCHAR text[256] = {};
+    std::string result;
+    if (GetLocaleInfoW(id, LOCALE_SENGLISHDISPLAYNAME, text, 256) == 0) return result;
+    for (const WCHAR* unit = text; *unit != 0; ++unit) result += static_cast<char>(*unit);  // Latin-1 in these tests
+    return result;
+}
+
+LCID number_of(LPCWSTR name) { return LocaleNameToLCID(name, 0); }
+
+TEST(LocaleName, english_name_is_language_and_region) {
+    EXPECT_EQ(english_name(0x0409), "English (United States)");
+    EXPECT_EQ(english_name(0x0809), "English (United Kingdom)");
+    EXPECT_EQ(english_name(0x0407), "German (Germany)");
+    EXPECT_EQ(english_name(0x0416), "Portuguese (Brazil)");
+    EXPECT_EQ(english_name(0x0414), "Norwegian Bokm\xE5l (Norway)");
+}
+
+TEST(LocaleName, english_name_of_an_unknown_number_fails) {
+    EXPECT_EQ(english_name(0xFFFF), "");
+    EXPECT_EQ(GetLocaleInfoW(0x0409, LOCALE_SENGLISHDISPLAYNAME, nullptr, 0), 24);  // 23 letters and the NUL
+}
+
+TEST(LocaleName, number_of_a_name_has_no_case) {
+    EXPECT_EQ(number_of(NELVA_WIDE("en-US")), 0x0409u);
+    EXPECT_EQ(number_of(NELVA_WIDE("EN-us")), 0x0409u);
+    EXPECT_EQ(number_of(NELVA_WIDE("pt-BR")), 0x0416u);
+    EXPECT_EQ(number_of(NELVA_WIDE("zh-HK")), 0x0C04u);
+}
+
 // What stands for somebody's settings depends on the machine; the stand-in's is English.
 #ifndef _WIN32
 
@@ -118,6 +154,51 @@ TEST(LocaleInfo, nothing_else_is_known) {
 TEST(LocaleInfo, settings_are_english) {
     for (const LCID setting : {0x0000u, 0x0400u, 0x0800u, 0x0C00u, 0x1000u, 0x1400u})
         EXPECT_EQ(language_code(setting), "en");
+}
+
+// Every part of every name has its English word: no name ends in a code.
+TEST(LocaleName, every_locale_has_a_name_in_words) {
+    for (const auto& [id, expected] : read_expectations()) {
+        const std::string name = english_name(id);
+        if (expected.code == "qps" || find_locale_name(id) == nullptr || id == 0x0501 || id == 0x05FE ||
+            id == 0x1007F || id == 0x09FF)
+            continue;
+        ASSERT_FALSE(name.empty()) << std::hex << id;
+        EXPECT_NE(name.substr(0, expected.code.size() + 1), expected.code + " ") << name;
+        const std::size_t last = name.find_last_of(" (,") + 1;
+        EXPECT_GT(name.size() - last, name.back() == ')' ? 3u : 1u) << name;
+    }
+}
+
+// Windows and Wine do not agree here: the one answers 7, the other 407.
+TEST(LocaleName, language_without_a_region_has_a_number_too) {
+    EXPECT_EQ(number_of(NELVA_WIDE("de")), 0x0007u);
+    EXPECT_EQ(english_name(0x0007), "German");
+}
+
+TEST(LocaleName, script_stands_in_front_of_the_region) {
+    EXPECT_EQ(english_name(0x042C), "Azerbaijani (Latin, Azerbaijan)");
+    EXPECT_EQ(english_name(0x742C), "Azerbaijani (Cyrillic)");
+    EXPECT_EQ(english_name(0x0804), "Chinese (Simplified, China)");
+    EXPECT_EQ(english_name(0x0803), "Valencian (Spain)");
+    EXPECT_EQ(english_name(0x10407), "German (Germany)");
+}
+
+TEST(LocaleName, unknown_name_has_no_number) {
+    for (const LPCWSTR name : {static_cast<LPCWSTR>(nullptr), NELVA_WIDE("xx-YY"), NELVA_WIDE("en-")}) {
+        SetLastError(0);
+        EXPECT_EQ(number_of(name), 0u);
+        EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INVALID_PARAMETER));
+    }
+    EXPECT_EQ(LocaleNameToLCID(NELVA_WIDE("en-US"), 1), 0u);
+}
+
+TEST(LocaleName, number_and_name_go_both_ways) {
+    for (const auto& [id, expected] : read_expectations()) {
+        const LocaleName* known = find_locale_name(id);
+        if (known == nullptr) continue;  // a number that stands for a setting
+        EXPECT_EQ(find_locale(known->name), known) << known->name;
+    }
 }
 
 #endif

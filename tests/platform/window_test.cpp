@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <thread>
 
 #include "platform/testing.h"
@@ -34,6 +36,21 @@ TEST_F(Window, queued_messages_come_in_order_then_ticks) {
     EXPECT_EQ(message.message, 0x402u);
     EXPECT_GT(GetMessageA(&message, nullptr, 0, 0), 0);
     EXPECT_EQ(message.message, static_cast<UINT>(WM_TIMER));
+}
+
+TEST_F(Window, without_ticks_the_queue_is_waited_for) {
+    platform_testing::set_ticks(false);
+    std::atomic<bool> posted{false};
+    std::thread other([&] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        posted = true;
+        platform_testing::post_message(0x401);
+    });
+    MSG message;
+    EXPECT_GT(GetMessageA(&message, nullptr, 0, 0), 0);
+    EXPECT_TRUE(posted);
+    EXPECT_EQ(message.message, 0x401u);
+    other.join();
 }
 
 TEST_F(Window, quit_gives_zero) {

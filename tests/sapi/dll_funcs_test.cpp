@@ -160,6 +160,28 @@ TEST_F(Registration, module_name_is_taken_up_to_259_characters) {
     }
 }
 
+TEST_F(Registration, module_without_a_name_is_null_and_leaves_no_block) {
+    const long blocks = platform_testing::live_global_blocks();
+    platform_testing::fail_module_path(true);
+    EXPECT_EQ(dll_get_module_name(), nullptr);
+    EXPECT_EQ(platform_testing::live_global_blocks(), blocks);
+}
+
+TEST_F(Registration, name_that_is_too_long_leaves_no_block) {
+    const long blocks = platform_testing::live_global_blocks();
+    platform_testing::set_module_path(std::u16string(260, u'x'));
+    EXPECT_EQ(dll_get_module_name(), nullptr);
+    EXPECT_EQ(platform_testing::live_global_blocks(), blocks);
+}
+
+TEST_F(Registration, nameless_module_leaves_the_path_out) {
+    platform_testing::fail_module_path(true);
+    EXPECT_EQ(DllRegisterServer(), S_OK);
+    platform_testing::RegistryValue value;
+    EXPECT_FALSE(platform_testing::registry_value(server_key, u"", &value));
+    EXPECT_EQ(registry_string(server_key, u"ThreadingModel"), u"both");
+}
+
 TEST_F(Registration, module_name_without_memory_is_null) {
     platform_testing::fail_allocation(1);
     EXPECT_EQ(dll_get_module_name(), nullptr);

@@ -47,4 +47,19 @@ TEST_F(ServerRegistration, key_that_was_there_stays) {
     expect_string(class_key, "", NELVA_WIDE("Nelva TTS (OEM)"));
 }
 
+TEST_F(ServerRegistration, module_without_a_name_registers_without_its_path) {
+    server::fail_module_name(true);
+    EXPECT_EQ(server::register_server(), S_OK);
+    server::fail_module_name(false);
+    EXPECT_FALSE(server::registry_value(server_key, "").exists);
+    expect_string(server_key, "ThreadingModel", NELVA_WIDE("both"));
+}
+
+TEST_F(ServerRegistration, object_is_made_without_a_module_name_too) {
+    server::fail_module_name(true);
+    const ServerObject object;
+    server::fail_module_name(false);
+    EXPECT_NE(object.engine, nullptr);
+}
+
 }  // namespace

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "platform/sapi.h"
 #include "support/code_of.h"
@@ -28,11 +29,13 @@ public:
 
     std::map<std::string, WideString> values;
     std::map<std::string, HRESULT> failures;  // what reading this value gives in place of its text
+    std::vector<std::string> asked;           // names of values in the order of the questions; keys end in a backslash
 
     void set(const std::string& name, const std::string& text) { values[name] = widen(text); }
 
     HRESULT STDMETHODCALLTYPE GetStringValue(LPCWSTR name, LPWSTR* value) override {
         const ForeignCode guard;
+        asked.push_back(narrow(name));
         *value = nullptr;
         const auto failure = failures.find(narrow(name));
         if (failure != failures.end()) return failure->second;
@@ -73,6 +76,7 @@ public:
 
     HRESULT STDMETHODCALLTYPE OpenKey(LPCWSTR name, ISpDataKey** key) override {
         const ForeignCode guard;
+        asked.push_back(narrow(name) + "\\");
         *key = nullptr;
         if (narrow(name) != "Attributes") return SPERR_NOT_FOUND;
         if (FAILED(open_attributes)) return open_attributes;

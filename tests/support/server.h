@@ -40,8 +40,55 @@ std::vector<LogEntry> take_log();
 // Texts of the message boxes since the last call; none of them is ever shown. The first call begins it.
 std::vector<std::string> take_message_boxes();
 
+struct MessageBox {
+    std::string text;
+    bool has_title = false;
+    HWND parent = nullptr;
+    UINT type = 0;
+};
+std::vector<MessageBox> take_whole_message_boxes();
+
+// ---- Programs that the server starts, and the messages that it waits for meanwhile ----
+
+struct StartedProgram {
+    WideString application;
+    WideString command_line;
+    DWORD flags = 0;
+    bool plain = false;  // nothing inherited or secured, the caller's environment and folder, no start-up wishes
+};
+
+// What CreateProcessW was asked to start since the last call, failed attempts left out.
+std::vector<StartedProgram> take_started_programs();
+
+// While not 0, CreateProcessW starts nothing and fails with this error. While `fail` is set, GetExitCodeProcess fails.
+void fail_program_start(DWORD error);
+void fail_exit_code(bool fail);
+
+// Ends both, and leaves a queue that is empty and quiet.
+void forget_programs();
+
+// Handles of programs and their threads that the server got and has not closed.
+long live_program_handles();
+
+// To the queue of the program's first thread, from any thread; WM_QUIT too.
+void post_message(UINT message);
+
+// Messages come by themselves every few milliseconds, and dispatching one counts. Without this the queue is quiet but
+// for what is posted.
+class Ticks {
+public:
+    Ticks();
+    ~Ticks();
+    long dispatched() const;
+    Ticks(const Ticks&) = delete;
+    Ticks& operator=(const Ticks&) = delete;
+};
+
 // Full path of the module that the server is in.
 WideString module_path();
+
+// While set, the server is not told the name of its module.
+void fail_module_name(bool fail);
 
 // What the server writes below HKEY_LOCAL_MACHINE goes to a registry of the tests' own. It is empty but for the folder
 // of classes, or without that one.

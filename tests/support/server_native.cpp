@@ -1,5 +1,6 @@
 // The linked server: its exports are called as they are, its allocations and its log go through the platform's
 // stand-ins.
+#include <atomic>
 #include <cstdint>
 #include <cstdlib>
 #include <mutex>
@@ -21,7 +22,8 @@ BlockTable& server_blocks() {
 bool may_allocate() { return !in_server_code || platform_testing::take_allocation_ticket(); }
 
 void* note(void* block) {
-    if (block && in_server_code) server_blocks().add(block);
+    // What a stand-in keeps for itself is not the server's.
+    if (block && in_server_code && !platform_testing::inside_stand_in()) server_blocks().add(block);
     return block;
 }
 
@@ -84,12 +86,63 @@ std::vector<LogEntry> take_log() {
     return entries;
 }
 
+std::vector<MessageBox> take_whole_message_boxes() {
+    std::vector<MessageBox> boxes;
+    for (const auto& box : platform_testing::captured_message_boxes())
+        boxes.push_back({narrow(box.text.c_str()), box.has_caption, box.window, box.type});
+    platform_testing::capture_message_boxes();
+    return boxes;
+}
+
 std::vector<std::string> take_message_boxes() {
     std::vector<std::string> texts;
-    for (const auto& box : platform_testing::captured_message_boxes()) texts.push_back(narrow(box.text.c_str()));
-    platform_testing::capture_message_boxes();
+    for (const MessageBox& box : take_whole_message_boxes()) texts.push_back(box.text);
     return texts;
 }
+
+namespace {
+std::size_t started_seen = 0;  // of platform_testing::started_processes()
+std::atomic<long> dispatched_count{0};
+}  // namespace
+
+// The stand-in takes no other start than a plain one: it refuses an environment and a folder, and hands nothing on.
+std::vector<StartedProgram> take_started_programs() {
+    const auto all = platform_testing::started_processes();
+    std::vector<StartedProgram> result;
+    for (; started_seen < all.size(); ++started_seen)
+        result.push_back(
+            {all[started_seen].application, all[started_seen].command_line, all[started_seen].flags, true});
+    return result;
+}
+
+void fail_program_start(DWORD error) { platform_testing::fail_process_start(error); }
+void fail_exit_code(bool fail) { platform_testing::fail_exit_code(fail); }
+
+void forget_programs() {
+    take_started_programs();
+    fail_program_start(0);
+    fail_exit_code(false);
+    platform_testing::set_ticks(false);
+}
+
+long live_program_handles() { return platform_testing::live_process_handles(); }
+
+void post_message(UINT message) { platform_testing::post_message(message); }
+
+Ticks::Ticks() {
+    dispatched_count = 0;
+    platform_testing::set_dispatch_hook([](const MSG&) { ++dispatched_count; });
+    platform_testing::set_ticks(true);
+}
+
+Ticks::~Ticks() {
+    platform_testing::set_dispatch_hook(nullptr);
+    platform_testing::set_ticks(false);
+}
+
+long Ticks::dispatched() const { return dispatched_count; }
+
+void fail_module_name(bool fail) { platform_testing::fail_module_path(fail); }
 
 WideString module_path() {
     WCHAR path[1024] = {};

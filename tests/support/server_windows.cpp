@@ -1,9 +1,11 @@
 // The real nelva_sapi.dll. Its import tables are redirected to functions of this file, so that its allocations can be
 // counted and made to fail and its log entries are seen, without a line of test code in the DLL.
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <functional>
+#include <set>
 
 #include "support/block_table.h"
 #include "support/server.h"
@@ -90,11 +92,51 @@ BOOL WINAPI my_ReportEventW(HANDLE, WORD type, WORD category, DWORD id, PSID, WO
 }
 BOOL WINAPI my_CloseEventLog(HANDLE) { return TRUE; }
 
-std::vector<std::string> message_boxes;
+std::vector<server::MessageBox> message_boxes;
 
-int WINAPI my_MessageBoxW(HWND, LPCWSTR text, LPCWSTR, UINT) {
-    message_boxes.push_back(narrow(text));
+int WINAPI my_MessageBoxW(HWND parent, LPCWSTR text, LPCWSTR title, UINT type) {
+    message_boxes.push_back({narrow(text), title != nullptr, parent, type});
     return IDOK;
+}
+
+std::vector<server::StartedProgram> started;
+DWORD start_error = 0;
+bool exit_code_fails = false;
+std::set<HANDLE> program_handles;
+
+// An STARTUPINFOW that says nothing but its size.
+bool says_nothing(STARTUPINFOW startup) {
+    const bool sized = startup.cb == sizeof startup;
+    startup.cb = 0;
+    const auto* bytes = reinterpret_cast<const BYTE*>(&startup);
+    return sized && std::all_of(bytes, bytes + sizeof startup, [](BYTE byte) { return byte == 0; });
+}
+
+BOOL WINAPI my_CreateProcessW(LPCWSTR application, LPWSTR command_line, LPSECURITY_ATTRIBUTES process_security,
+                              LPSECURITY_ATTRIBUTES thread_security, BOOL inherit, DWORD flags, LPVOID environment,
+                              LPCWSTR folder, LPSTARTUPINFOW startup, LPPROCESS_INFORMATION result) {
+    if (start_error) {
+        SetLastError(start_error);
+        return FALSE;
+    }
+    const bool plain = !process_security && !thread_security && !inherit && !environment && !folder;
+    const server::StartedProgram program = {application ? application : L"", command_line ? command_line : L"", flags,
+                                            plain && says_nothing(*startup)};
+    if (!CreateProcessW(application, command_line, process_security, thread_security, inherit, flags, environment,
+                        folder, startup, result))
+        return FALSE;
+    started.push_back(program);
+    program_handles.insert({result->hProcess, result->hThread});
+    return TRUE;
+}
+
+BOOL WINAPI my_GetExitCodeProcess(HANDLE process, LPDWORD exit_code) {
+    return !exit_code_fails && GetExitCodeProcess(process, exit_code);
+}
+
+BOOL WINAPI my_CloseHandle(HANDLE handle) {
+    program_handles.erase(handle);
+    return CloseHandle(handle);
 }
 
 // The class root moves into a key of the tests' own, so that no test touches a registration that is in use.
@@ -104,6 +146,12 @@ const WideString class_folder = test_root + L"\\Software\\Classes\\CLSID";
 LSTATUS WINAPI my_RegOpenKeyExW(HKEY parent, LPCWSTR name, DWORD options, REGSAM access, PHKEY key) {
     if (parent != HKEY_LOCAL_MACHINE) return RegOpenKeyExW(parent, name, options, access, key);
     return RegOpenKeyExW(HKEY_CURRENT_USER, (test_root + L"\\" + name).c_str(), options, access, key);
+}
+
+bool module_name_fails = false;
+
+DWORD WINAPI my_GetModuleFileNameW(HMODULE module, LPWSTR target, DWORD size) {
+    return module_name_fails ? 0 : GetModuleFileNameW(module, target, size);
 }
 
 struct Redirection {
@@ -132,6 +180,10 @@ const std::vector<Redirection>& redirections() {
         {"CloseEventLog", address(my_CloseEventLog)},
         {"MessageBoxW", address(my_MessageBoxW)},
         {"RegOpenKeyExW", address(my_RegOpenKeyExW)},
+        {"GetModuleFileNameW", address(my_GetModuleFileNameW)},
+        {"CreateProcessW", address(my_CreateProcessW)},
+        {"GetExitCodeProcess", address(my_GetExitCodeProcess)},
+        {"CloseHandle", address(my_CloseHandle)},
     };
     return rows;
 }
@@ -198,11 +250,71 @@ std::vector<LogEntry> take_log() {
     return taken;
 }
 
-std::vector<std::string> take_message_boxes() {
-    std::vector<std::string> taken;
+std::vector<MessageBox> take_whole_message_boxes() {
+    std::vector<MessageBox> taken;
     taken.swap(message_boxes);
     return taken;
 }
+
+std::vector<std::string> take_message_boxes() {
+    std::vector<std::string> texts;
+    for (const MessageBox& box : take_whole_message_boxes()) texts.push_back(box.text);
+    return texts;
+}
+
+std::vector<StartedProgram> take_started_programs() {
+    std::vector<StartedProgram> taken;
+    taken.swap(started);
+    return taken;
+}
+
+void fail_program_start(DWORD error) { start_error = error; }
+void fail_exit_code(bool fail) { exit_code_fails = fail; }
+
+void forget_programs() {
+    started.clear();
+    start_error = 0;
+    exit_code_fails = false;
+}
+
+long live_program_handles() { return static_cast<long>(program_handles.size()); }
+
+namespace {
+const DWORD main_thread = GetCurrentThreadId();
+}
+
+void post_message(UINT message) {
+    MSG none;
+    // A thread has a queue from its first look at it on.
+    if (GetCurrentThreadId() == main_thread) PeekMessageW(&none, nullptr, 0, 0, PM_NOREMOVE);
+    PostThreadMessageW(main_thread, message, 0, 0);
+}
+
+namespace {
+constexpr UINT tick_milliseconds = 10;
+UINT_PTR timer = 0;
+long dispatched_count = 0;
+
+// A timer's function runs when its message is dispatched.
+void CALLBACK on_tick(HWND, UINT, UINT_PTR, DWORD) { ++dispatched_count; }
+}  // namespace
+
+Ticks::Ticks() {
+    dispatched_count = 0;
+    timer = SetTimer(nullptr, 0, tick_milliseconds, on_tick);
+}
+
+// Ticks that are in the queue go with the timer: a quiet queue is quiet again.
+Ticks::~Ticks() {
+    KillTimer(nullptr, timer);
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+    }
+}
+
+long Ticks::dispatched() const { return dispatched_count; }
+
+void fail_module_name(bool fail) { module_name_fails = fail; }
 
 WideString module_path() {
     WCHAR path[1024] = {};

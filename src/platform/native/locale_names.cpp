@@ -105,3 +105,19 @@ const LocaleName* find_locale_name(LCID locale) {
                          [](const LocaleName& name, LCID wanted) { return name.locale < wanted; });
     return found != std::end(names) && found->locale == locale ? found : nullptr;
 }
+
+namespace {
+
+char lower(char letter) { return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + 32) : letter; }
+
+}  // namespace
+
+const LocaleName* find_locale(std::string_view name) {
+    const auto is_named = [name](const LocaleName& each) {
+        const std::string_view known = each.name;
+        return std::equal(known.begin(), known.end(), name.begin(), name.end(),
+                          [](char left, char right) { return lower(left) == lower(right); });
+    };
+    const LocaleName* const found = std::find_if(std::begin(names), std::end(names), is_named);
+    return found != std::end(names) ? found : nullptr;
+}

@@ -3,6 +3,8 @@
 #ifndef NELVA_PLATFORM_NATIVE_LOCALE_NAMES_H
 #define NELVA_PLATFORM_NATIVE_LOCALE_NAMES_H
 
+#include <string_view>
+
 #include "platform/native/types.h"
 
 struct LocaleName {
@@ -12,5 +14,8 @@ struct LocaleName {
 
 // Null for a number that no locale has. The numbers that stand for a user's or the system's settings are not here.
 const LocaleName* find_locale_name(LCID locale);
+
+// The other way, without regard to the case of ASCII letters. Null for a name that no locale has.
+const LocaleName* find_locale(std::string_view name);
 
 #endif

@@ -3,13 +3,13 @@
 #include "platform/native/window.h"
 
 #include <chrono>
+#include <condition_variable>
 #include <cstdio>
 #include <deque>
 #include <mutex>
 #include <new>
 #include <string>
 #include <string_view>
-#include <thread>
 #include <utility>
 
 #include "platform/native/internal.h"
@@ -27,7 +27,9 @@ constexpr auto tick = std::chrono::milliseconds(10);
 
 struct State {
     std::mutex mutex;
+    std::condition_variable posted;
     std::deque<UINT> messages;
+    bool ticks = true;
     std::function<void(const MSG&)> dispatch_hook;
     MessageBoxSink box_sink;
     std::vector<MessageBox> boxes;
@@ -38,13 +40,17 @@ State& state() {
     return instance;
 }
 
-bool take_message(UINT* message) {
+// What is queued, or after a while without anything a tick.
+UINT next_message() {
     const StandIn guard;
-    const std::lock_guard lock(state().mutex);
-    if (state().messages.empty()) return false;
-    *message = state().messages.front();
+    std::unique_lock lock(state().mutex);
+    const auto is_queued = [] { return !state().messages.empty(); };
+    while (!state().posted.wait_for(lock, tick, is_queued)) {
+        if (state().ticks) return WM_TIMER;
+    }
+    const UINT message = state().messages.front();
     state().messages.pop_front();
-    return true;
+    return message;
 }
 
 void print_box(const MessageBox& box) {
@@ -92,10 +98,7 @@ WCHAR* put_ascii(WCHAR* target, std::string_view text) {
 
 BOOL GetMessageA(LPMSG message, HWND, UINT, UINT) {
     *message = {};
-    if (!take_message(&message->message)) {
-        std::this_thread::sleep_for(tick);
-        message->message = WM_TIMER;
-    }
+    message->message = next_message();
     if (message->message == platform_testing::message_error) return fail(ERROR_INVALID_PARAMETER, -1);
     return message->message != WM_QUIT;
 }
@@ -146,6 +149,7 @@ void reset_window() {
     const StandIn guard;
     const std::lock_guard lock(state().mutex);
     state().messages = {};
+    state().ticks = true;
     state().dispatch_hook = nullptr;
     state().box_sink = nullptr;
     state().boxes = {};
@@ -159,6 +163,12 @@ void post_message(UINT message) {
     const StandIn guard;
     const std::lock_guard lock(state().mutex);
     state().messages.push_back(message);
+    state().posted.notify_all();
+}
+
+void set_ticks(bool ticks) {
+    const std::lock_guard lock(state().mutex);
+    state().ticks = ticks;
 }
 
 void set_dispatch_hook(std::function<void(const MSG&)> hook) {

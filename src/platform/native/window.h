@@ -1,7 +1,7 @@
 // Windows' messages and message boxes, as far as this system uses them, for builds without Windows.
 //
 // There are no windows here. GetMessageA gives what platform/testing.h has queued, and otherwise a WM_TIMER every
-// 10 ms, so that a loop that looks at something after each message comes to an end.
+// 10 ms, so that a loop that looks at something after each message comes to an end. (A test can turn the ticks off.)
 
 #ifndef NELVA_PLATFORM_NATIVE_WINDOW_H
 #define NELVA_PLATFORM_NATIVE_WINDOW_H
