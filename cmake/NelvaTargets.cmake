@@ -48,6 +48,18 @@ if(NELVA_SANITIZE)
   target_compile_options(dep_sonic PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=all)
 endif()
 
+# So is libsamplerate in the one quality that is used.
+set(NELVA_SAMPLERATE_DIR ${nelva_deps_root}/src/samplerate)
+set(samplerate_sources samplerate.c src_linear.c src_sinc.c src_zoh.c)
+list(TRANSFORM samplerate_sources PREPEND ${NELVA_SAMPLERATE_DIR}/src/)
+add_library(dep_samplerate STATIC EXCLUDE_FROM_ALL ${samplerate_sources})
+target_include_directories(dep_samplerate SYSTEM PUBLIC ${NELVA_SAMPLERATE_DIR}/include)
+target_compile_definitions(dep_samplerate PRIVATE ENABLE_SINC_MEDIUM_CONVERTER HAVE_STDBOOL_H
+                                                  PACKAGE="libsamplerate" VERSION="0.2.2")
+if(NELVA_SANITIZE)
+  target_compile_options(dep_samplerate PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=all)
+endif()
+
 find_package(Threads REQUIRED)
 
 # Header-only helpers of the tools come from the system's packages. A cross compiler must not see the rest of the

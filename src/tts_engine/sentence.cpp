@@ -208,6 +208,9 @@ void SentenceCutter::end_sentence() {
         std::vector<Anchor> here = std::move(current_.anchors);
         current_.anchors.clear();
         cut(true);
+        // Blanks at the end are gone, and what stood behind them stands at the end.
+        const auto end = static_cast<std::uint32_t>(ready_.back().text.size());
+        for (Anchor& anchor : here) anchor.position = std::min(anchor.position, end);
         ready_.back().anchors = std::move(here);
     }
     current_.begins = true;

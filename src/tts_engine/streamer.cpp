@@ -2,20 +2,18 @@
 #include "tts_engine/streamer.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
+#include "tts_engine/characters.h"
 #include "tts_engine/visemes.h"
 
 namespace tts {
 namespace {
 
-constexpr std::uint64_t sample_rate = 22050;
-
 // The first record is kept short, so that speech starts soon: 60 ms, what espeak-ng hands over at a time.
-constexpr std::size_t first_samples = 1323;
+constexpr std::size_t first_milliseconds = 60;
 
-constexpr std::size_t usual_samples = 2205;
+constexpr std::size_t usual_milliseconds = 100;
 constexpr std::size_t most_samples = 1u << 20;
 
 std::string lower(std::string text) {
@@ -31,55 +29,60 @@ bool speaks(const std::string& language, const std::string& tag) {
     return own == asked || own.compare(0, asked.size() + 1, asked + "-") == 0;
 }
 
-bool is_pitch(const OutputEvent& event) {
-    return event.type == TTS_EVENT_MARK && !event.mark.empty() && event.mark[0] == 'P';
+// Punctuation inside a sentence that a reader pauses at.
+bool is_comma(char32_t c) {
+    constexpr std::u32string_view commas = U",;:،؛、，；：—–";
+    return commas.find(c) != std::u32string_view::npos;
 }
 
-std::int16_t scaled(std::int16_t sample, float gain) {
-    return static_cast<std::int16_t>(std::clamp(std::lround(static_cast<float>(sample) * gain), -32768L, 32767L));
+bool is_pitch(const OutputEvent& event) {
+    return event.type == TTS_EVENT_MARK && !event.mark.empty() && event.mark[0] == 'P';
 }
 
 }  // namespace
 
 Streamer::Streamer(const StreamerVoice& voice, std::string_view text)
-    : voice_(voice), document_(text, voice.settings.language, voice.pitch_hz), espeak_voices_{voice.espeak_voice} {}
+    : voice_(voice),
+      document_(text, voice.settings.language, voice.pitch_hz),
+      output_(voice.rate),
+      espeak_voices_{voice.espeak_voice} {}
 
 // ---- Records
 
 tts_wave* Streamer::synth(std::uint32_t count) {
-    std::size_t wanted = count == 0 ? usual_samples : std::min<std::size_t>(count, most_samples);
-    if (delivered_ == 0) wanted = std::min(wanted, first_samples);
+    std::size_t wanted =
+        count == 0 ? usual_milliseconds * output_.rate() / 1000 : std::min<std::size_t>(count, most_samples);
+    if (output_.taken() == 0) wanted = std::min(wanted, first_milliseconds * output_.rate() / 1000);
     for (;;) {
-        const std::size_t held = pending_.size() - pending_from_;
+        const std::size_t held = output_.ready().size();
         if (held >= wanted) return deliver(wanted);
+        // In samples of espeak-ng's.
+        const std::size_t missing = (wanted - held) * espeak_rate / output_.rate() + 1;
         if (silence_ > 0) {
-            make_silence(wanted - held);
+            make_silence(missing);
         } else if (speaking_) {
-            pull_speech(wanted - held);
+            pull_speech(missing);
         } else if (!next_part()) {
             // A record holds no part of two sentences.
-            if (held > 0) return deliver(held);
+            output_.end_sound();
+            if (!output_.ready().empty()) return deliver(std::min(wanted, output_.ready().size()));
             if (!next_sentence()) return deliver_rest();
         }
     }
 }
 
 tts_wave* Streamer::deliver(std::size_t count) {
+    const std::uint64_t first = output_.taken();
     count = samples_before_new_pitch(count);
     std::vector<OutputEvent> events;
-    while (!events_.empty() && events_.front().sample < delivered_ + count) {
+    while (!events_.empty() && events_.front().sample < first + count) {
         if (is_pitch(events_.front())) pitch_mark_ = events_.front().mark;
         events.push_back(std::move(events_.front()));
         events_.pop_front();
     }
-    tts_wave* wave = make_wave({pending_.data() + pending_from_, count}, events, delivered_);
+    tts_wave* wave = make_wave(output_.ready().first(count), events, first);
     heard_ = number_;
-    delivered_ += count;
-    pending_from_ += count;
-    if (pending_from_ == pending_.size()) {
-        pending_.clear();
-        pending_from_ = 0;
-    }
+    output_.take(count);
     return wave;
 }
 
@@ -87,10 +90,10 @@ tts_wave* Streamer::deliver(std::size_t count) {
 std::size_t Streamer::samples_before_new_pitch(std::size_t count) const {
     const std::string* pitch = &pitch_mark_;
     for (const OutputEvent& event : events_) {
-        if (event.sample >= delivered_ + count) break;
+        if (event.sample >= output_.taken() + count) break;
         if (!is_pitch(event)) continue;
-        if (event.mark != *pitch && event.sample > delivered_)
-            return static_cast<std::size_t>(event.sample - delivered_);
+        if (event.mark != *pitch && event.sample > output_.taken())
+            return static_cast<std::size_t>(event.sample - output_.taken());
         pitch = &event.mark;
     }
     return count;
@@ -98,21 +101,20 @@ std::size_t Streamer::samples_before_new_pitch(std::size_t count) const {
 
 // What is left when all audio is out: marks at the document's end, the closed mouth.
 tts_wave* Streamer::deliver_rest() {
-    if (last_viseme_ != nullptr) emit_viseme("sil", made_);
-    const bool silent = made_ == 0;
+    if (last_viseme_ != nullptr) emit_viseme("sil");
+    const bool silent = output_.made() == 0;
     std::vector<OutputEvent> rest;
     for (OutputEvent& event : events_)
         if (!silent || !is_pitch(event)) rest.push_back(std::move(event));
     events_.clear();
     if (rest.empty()) return nullptr;
-    return make_wave({}, rest, delivered_);
+    return make_wave({}, rest, output_.taken());
 }
 
 void Streamer::make_silence(std::size_t count) {
-    count = static_cast<std::size_t>(std::min<std::uint64_t>(count, silence_));
-    pending_.insert(pending_.end(), count, 0);
-    silence_ -= count;
-    made_ += count;
+    const std::uint64_t part = std::min<std::uint64_t>(count, silence_);
+    output_.add_silence(part);
+    silence_ -= part;
 }
 
 // ---- Sentences and their parts
@@ -122,7 +124,10 @@ bool Streamer::next_sentence() {
         ended_ = true;
         return false;
     }
-    if (sentence_.has_text() && sentence_.begins) ++number_;
+    if (sentence_.has_text()) {
+        if (sentence_.begins) ++number_;
+        silence_ = std::exchange(owed_silence_, 0);
+    }
     position_ = part_end_ = 0;
     next_anchor_ = next_token_ = 0;
     placer_.reset();
@@ -135,10 +140,10 @@ bool Streamer::next_part() {
     while (next_anchor_ < sentence_.anchors.size() && sentence_.anchors[next_anchor_].position <= position_) {
         Anchor& anchor = sentence_.anchors[next_anchor_++];
         if (anchor.kind == Anchor::Kind::mark) {
-            emit({TTS_EVENT_MARK, made_, 0, 0, nullptr, std::move(anchor.name)});
+            emit({TTS_EVENT_MARK, output_.made(), 0, 0, nullptr, std::move(anchor.name)});
         } else if (anchor.milliseconds > 0) {
-            emit_viseme("sil", made_);
-            silence_ = anchor.milliseconds * sample_rate / 1000;
+            emit_viseme("sil");
+            silence_ = std::uint64_t{anchor.milliseconds} * espeak_rate / 1000;
             return true;
         }
     }
@@ -166,10 +171,12 @@ void Streamer::start_speech(std::uint32_t end) {
     utterance_ = make_utterance(sentence_, first, end, voice_.settings, *this);
     if (utterance_.text.empty()) return;
     if (!announced_) emit_sentence();
-    if (last_viseme_ == nullptr) emit_viseme("sil", made_);
+    if (last_viseme_ == nullptr) emit_viseme("sil");
     const Attributes& attributes = attributes_at(sentence_, utterance_.source.front());
+    part_taken_ = 0;
+    part_ends_ = utterance_.end_pause;
+    output_.begin_piece();
     speak_as(attributes);
-    taken_ = 0;
     placer_.start(sentence_, end);
     SpeechRequest request;
     request.text = std::move(utterance_.text);
@@ -179,7 +186,7 @@ void Streamer::start_speech(std::uint32_t end) {
     request.pitch = voice_.settings.pitch;
     request.pitches = utterance_.pitches;
     request.range = voice_.settings.range;
-    request.end_pause = utterance_.end_pause;
+    request.end_pause = false;  // finish_speech() makes the pause
     request.phonemes = utterance_.phonemes;
     generation_.start(std::move(request));
     speaking_ = true;
@@ -214,7 +221,7 @@ void Streamer::pull_speech(std::size_t count) {
 void Streamer::take_speech(const std::vector<std::int16_t>& samples, const std::vector<SpeechEvent>& events) {
     std::size_t taken = 0;
     for (const SpeechEvent& event : events) {
-        const auto before = static_cast<std::size_t>(event.sample - std::min(event.sample, taken_));
+        const auto before = static_cast<std::size_t>(event.sample - std::min(event.sample, part_taken_));
         const std::size_t count = std::min(before, samples.size() - taken);
         take_samples(samples.data() + taken, count);
         taken += count;
@@ -224,39 +231,21 @@ void Streamer::take_speech(const std::vector<std::int16_t>& samples, const std::
 }
 
 void Streamer::take_samples(const std::int16_t* samples, std::size_t count) {
-    taken_ += count;
-    const std::size_t before = pending_.size();
-    if (gain_ == 1) {
-        stretch_.put(samples, count, pending_);
-    } else {
-        scaled_.resize(count);
-        std::transform(samples, samples + count, scaled_.begin(), [this](auto one) { return scaled(one, gain_); });
-        stretch_.put(scaled_.data(), count, pending_);
-    }
-    made_ += pending_.size() - before;
+    part_taken_ += count;
+    output_.add({samples, count}, gain_);
 }
-
-// Where the next sample will stand.
-std::uint64_t Streamer::now() const { return stretch_.is_active() ? stretch_start_ + stretch_.position() : made_; }
 
 // Volume and speed of what comes.
 void Streamer::speak_as(const Attributes& attributes) {
     gain_ = attributes.volume * static_cast<float>(voice_.settings.volume) / 100;
-    const double speed = stretch_of(voice_.settings, attributes, utterance_.rate);
-    if (speed == speed_) return;
-    end_stretch();
-    speed_ = speed;
-    stretch_.set_speed(speed, pending_);
-    stretch_start_ = made_;
+    output_.set_speed(stretch_of(voice_.settings, attributes, utterance_.rate));
+    keep_events_before_end();
 }
 
-// All of the stretch becomes sound. Its length is not exactly what was reckoned; no event stands behind it.
-void Streamer::end_stretch() {
-    const std::size_t before = pending_.size();
-    stretch_.flush(pending_);
-    made_ += pending_.size() - before;
-    for (auto event = events_.rbegin(); event != events_.rend() && event->sample > made_; ++event)
-        event->sample = made_;
+// What was reckoned or held back may have become less sound: no event stands behind its end.
+void Streamer::keep_events_before_end() {
+    const std::uint64_t end = output_.made();
+    for (auto event = events_.rbegin(); event != events_.rend() && event->sample > end; ++event) event->sample = end;
 }
 
 void Streamer::take_event(const SpeechEvent& event) {
@@ -272,7 +261,7 @@ void Streamer::take_event(const SpeechEvent& event) {
             break;
         case SpeechEvent::Kind::phoneme:
             placer_.phoneme();
-            emit_viseme(viseme_of(event.phoneme), now());
+            emit_viseme(viseme_of(event.phoneme));
             break;
     }
     emit_begun_tokens();
@@ -282,7 +271,7 @@ void Streamer::emit_begun_tokens() {
     while (next_token_ < placer_.begun()) {
         const Token& token = sentence_.tokens[next_token_++];
         speak_as(attributes_at(sentence_, token.first));
-        emit_token(token, now());
+        emit_token(token, output_.made());
     }
 }
 
@@ -301,12 +290,32 @@ void Streamer::emit_marks_up_to(std::uint32_t character, std::uint64_t sample) {
 }
 
 void Streamer::finish_speech() {
+    output_.end_piece();
+    keep_events_before_end();
     placer_.finish();
     emit_begun_tokens();
-    end_stretch();
-    stretch_.reset();
-    speed_ = 1;
     speaking_ = false;
+    const std::uint64_t pause = pause_behind_part();
+    if (pause > 0 || part_ends_) emit_viseme("sil");
+    silence_ += pause;
+}
+
+// How long the punctuation at the part's end asks to be silent. A sentence that ends without any, as a heading does,
+// asks for it only if another one follows.
+std::uint64_t Streamer::pause_behind_part() {
+    const auto& text = sentence_.text;
+    std::uint32_t end = part_end_;
+    while (end > 0 && (is_blank(text[end - 1].code) || is_closing(text[end - 1].code))) --end;
+    const char32_t last = end == 0 ? U' ' : text[end - 1].code;
+    const float rate = std::max(attributes_at(sentence_, end == 0 ? 0 : end - 1).rate, 0.1f);
+    const auto samples = [rate](int milliseconds) {
+        return static_cast<std::uint64_t>(static_cast<float>(milliseconds) / rate * (espeak_rate / 1000.0f));
+    };
+    if (!part_ends_) return is_comma(last) ? samples(voice_.settings.comma_pause) : 0;
+    if (is_full_stop(last) || is_strong_end(last) || is_wide_end(last)) return samples(voice_.settings.sentence_pause);
+    if (is_comma(last)) return samples(voice_.settings.comma_pause);
+    owed_silence_ = samples(voice_.settings.sentence_pause);
+    return 0;
 }
 
 // ---- Events
@@ -315,14 +324,14 @@ void Streamer::emit_sentence() {
     announced_ = true;
     // A sentence of an element without text stands nowhere.
     if (sentence_.text.front().begin == sentence_.text.back().end) return;
-    emit({TTS_EVENT_SENTENCE, made_, sentence_.text.front().begin, sentence_.text.back().end, nullptr, {}});
+    emit({TTS_EVENT_SENTENCE, output_.made(), sentence_.text.front().begin, sentence_.text.back().end, nullptr, {}});
 }
 
-void Streamer::emit_viseme(const char* label, std::uint64_t sample) {
+void Streamer::emit_viseme(const char* label) {
     static constexpr std::string_view closed = "sil";
     if (label == nullptr || (last_viseme_ != nullptr && label == closed && last_viseme_ == closed)) return;
     last_viseme_ = label;
-    emit({TTS_EVENT_VISEME, sample, 0, 0, label, {}});
+    emit({TTS_EVENT_VISEME, output_.made(), 0, 0, label, {}});
 }
 
 void Streamer::emit(OutputEvent event) { events_.push_back(std::move(event)); }
@@ -336,14 +345,10 @@ std::string Streamer::forget_output() {
         if (is_pitch(event)) pitch = event.mark;
     note_pitch_marks(next_anchor_, pitch);
     generation_.stop();
-    stretch_.reset();
-    speed_ = 1;
     speaking_ = false;
-    silence_ = 0;
-    pending_.clear();
-    pending_from_ = 0;
+    silence_ = owed_silence_ = 0;
     events_.clear();
-    made_ = delivered_;
+    output_.forget();
     return pitch;
 }
 
@@ -366,7 +371,7 @@ void Streamer::restart() {
 bool Streamer::skip_to(std::int64_t sentence, std::string pitch) {
     while (next_sentence()) {
         if (number_ == sentence && sentence_.begins && sentence_.has_text()) {
-            if (!pitch.empty()) emit({TTS_EVENT_MARK, made_, 0, 0, nullptr, std::move(pitch)});
+            if (!pitch.empty()) emit({TTS_EVENT_MARK, output_.made(), 0, 0, nullptr, std::move(pitch)});
             return true;
         }
         note_pitch_marks(0, pitch);

@@ -14,8 +14,8 @@
 
 #include "tts_engine/document.h"
 #include "tts_engine/espeak/espeak_engine.h"
+#include "tts_engine/output_stage.h"
 #include "tts_engine/sentence.h"
-#include "tts_engine/stretch.h"
 #include "tts_engine/utterance.h"
 #include "tts_engine/voice_file.h"
 #include "tts_engine/wave.h"
@@ -26,8 +26,9 @@ namespace tts {
 // What a streamer needs of its voice.
 struct StreamerVoice {
     VoiceSettings settings;
-    std::string espeak_voice;  // the language as espeak-ng names it
-    double pitch_hz = 100;     // the middle of its melody
+    std::string espeak_voice;     // the language as espeak-ng names it
+    double pitch_hz = 100;        // the middle of its melody
+    unsigned rate = espeak_rate;  // of the audio that comes out
 };
 
 class Streamer final : private Pronouncer {
@@ -51,18 +52,18 @@ private:
     void pull_speech(std::size_t count);
     void take_speech(const std::vector<std::int16_t>& samples, const std::vector<SpeechEvent>& events);
     void speak_as(const Attributes& attributes);
-    std::uint64_t now() const;
-    void end_stretch();
+    void keep_events_before_end();
     void take_samples(const std::int16_t* samples, std::size_t count);
     void take_event(const SpeechEvent& event);
     void emit_begun_tokens();
     void emit_token(const Token& token, std::uint64_t sample);
     void emit_marks_up_to(std::uint32_t character, std::uint64_t sample);
     void emit_sentence();
-    void emit_viseme(const char* label, std::uint64_t sample);
+    void emit_viseme(const char* label);
     void emit(OutputEvent event);
     void make_silence(std::size_t count);
     void finish_speech();
+    std::uint64_t pause_behind_part();
     tts_wave* deliver(std::size_t count);
     tts_wave* deliver_rest();
     std::size_t samples_before_new_pitch(std::size_t count) const;
@@ -74,6 +75,7 @@ private:
 
     StreamerVoice voice_;
     Document document_;
+    OutputStage output_;
     Generation generation_;
 
     // The sentence in work, and how far it has come.
@@ -88,22 +90,16 @@ private:
     bool speaking_ = false;
     bool announced_ = false;  // the sentence's event is out
     bool ended_ = false;
-    std::uint64_t silence_ = 0;        // samples of a pause still to come
-    std::uint64_t taken_ = 0;          // samples of the part that were taken
-    std::uint64_t stretch_start_ = 0;  // the sample at which the stretch began
+    std::uint64_t silence_ = 0;       // of a pause still to come, in samples of espeak-ng's, as the next two
+    std::uint64_t owed_silence_ = 0;  // that comes if another sentence does
+    std::uint64_t part_taken_ = 0;    // of the part's audio
+    bool part_ends_ = true;           // the part ends a sentence
     float gain_ = 1;
-    Stretch stretch_;
-    double speed_ = 1;
-    std::vector<std::int16_t> scaled_;
     Utterance utterance_;
     std::vector<std::int16_t> new_samples_;
     std::vector<SpeechEvent> new_events_;
 
-    // Made and not yet delivered. Samples are counted from the document's first.
-    std::vector<std::int16_t> pending_;
-    std::size_t pending_from_ = 0;  // what stands before it in `pending_` is delivered
-    std::uint64_t delivered_ = 0;
-    std::uint64_t made_ = 0;
+    // Not yet delivered.
     std::deque<OutputEvent> events_;
     const char* last_viseme_ = nullptr;
     std::string pitch_mark_;                  // the last one delivered

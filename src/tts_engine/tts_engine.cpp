@@ -8,6 +8,8 @@
 #include <new>
 #include <stdexcept>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "tts_engine/espeak/espeak_engine.h"
 #include "tts_engine/handles.h"
@@ -82,17 +84,17 @@ std::shared_ptr<Record> found(Handle handle, const char* what) {
 }
 
 // The rate of a voice's audio is promised by the end of its file's name.
-void check_rate(const std::string& name) {
-    const auto ends = [&name](const char* suffix) { return name.ends_with(suffix); };
-    if (ends("22i")) return;
-    if (ends("16i-mf") || ends("8v"))
-        throw std::runtime_error("voice \"" + name +
-                                 "\": this synthesiser gives 22,050 Hz (names that end in 22i) only");
-    throw std::runtime_error("voice \"" + name + "\": the name must end in 22i, for audio at 22,050 Hz");
+unsigned rate_of(const std::string& name) {
+    static constexpr std::pair<std::string_view, unsigned> rates[] = {{"16i-mf", 16000}, {"22i", 22050}, {"8v", 8000}};
+    for (const auto& [suffix, rate] : rates)
+        if (name.ends_with(suffix)) return rate;
+    throw std::runtime_error("voice \"" + name +
+                             "\": the name must end in 22i, 16i-mf or 8v, for audio at 22,050, 16,000 or 8,000 Hz");
 }
 
 tts::StreamerVoice load_settings(const std::string& name) {
     tts::StreamerVoice voice;
+    voice.rate = rate_of(name);
     voice.settings = tts::read_voice_file(name);
     voice.espeak_voice = EspeakEngine::find_language(voice.settings.language);
     if (voice.espeak_voice.empty())
@@ -120,7 +122,7 @@ tts_voice TTS_CALL tts_load_voice(tts_handle handle, const char* libPath, const 
     return guarded<tts_voice>(nullptr, [=] {
         auto library = found<Library>(handle, "library handle");
         if (libPath == nullptr || voxPath == nullptr) throw std::runtime_error("libPath and voxPath are needed");
-        check_rate(voxPath);
+        rate_of(voxPath);  // before any data is read
         auto voice = std::make_shared<Voice>(std::move(library), libPath);
         voice->speech = load_settings(voxPath);
         return voices().add(std::move(voice));

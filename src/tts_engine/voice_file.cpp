@@ -25,7 +25,9 @@ struct NumberKey {
 constexpr NumberKey number_keys[] = {{"rate", &VoiceSettings::rate, 80, 450},
                                      {"pitch", &VoiceSettings::pitch, 0, 99},
                                      {"range", &VoiceSettings::range, 0, 99},
-                                     {"volume", &VoiceSettings::volume, 0, 200}};
+                                     {"volume", &VoiceSettings::volume, 0, 200},
+                                     {"sentence-pause", &VoiceSettings::sentence_pause, 0, 5000},
+                                     {"comma-pause", &VoiceSettings::comma_pause, 0, 5000}};
 
 std::string_view trimmed(std::string_view text) {
     while (!text.empty() && static_cast<unsigned char>(text.front()) <= ' ') text.remove_prefix(1);
@@ -80,7 +82,9 @@ void set(VoiceSettings& settings, std::string_view key, std::string_view value, 
         settings.*number_key.field = number_in(number_key, value, place);
         return;
     }
-    place.fail("unknown key " + quoted(key) + "; known are language, variant, rate, pitch, range and volume");
+    place.fail("unknown key " + quoted(key) +
+               "; known are language, variant, rate, pitch, range, volume, "
+               "sentence-pause and comma-pause");
 }
 
 }  // namespace

@@ -15,7 +15,13 @@
 //     range     how far the melody goes, 0 to 99; 50
 //     volume    percent, 0 to 200; 100
 //
-// The file's name ends in the rate of its audio: 22i is 22,050 Hz.
+//     sentence-pause  silence behind a sentence, in ms at the voice's own rate, 0 to 5000; 250
+//     comma-pause     behind , ; : and dashes where what espeak-ng gets at a time ends, likewise; 100
+//
+// espeak-ng's own silence around each sentence is left out. A sentence that ends without punctuation has its pause only
+// if another follows. Faster speech has shorter pauses.
+//
+// The file's name ends in the rate of its audio: 22i is 22,050 Hz, 16i-mf 16,000 and 8v 8,000.
 #ifndef TTS_ENGINE_VOICE_FILE_H
 #define TTS_ENGINE_VOICE_FILE_H
 
@@ -30,6 +36,8 @@ struct VoiceSettings {
     int pitch = 50;
     int range = 50;
     int volume = 100;
+    int sentence_pause = 250;
+    int comma_pause = 100;
 };
 
 // Reads a voice file, named in UTF-8. Throws std::runtime_error that names file and line.

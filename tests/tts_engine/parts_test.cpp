@@ -155,7 +155,7 @@ TEST(Viseme, of_ipa_names) {
 TEST(VoiceFile, keys_comments_and_blanks) {
     const tts::VoiceSettings settings = tts::parse_voice_file(
         "\xEF\xBB\xBF# a comment\r\n  language =  en-us \r\n\r\nvariant=f2\nrate = 200\npitch = 60\nrange= 70\nvolume "
-        "=80",
+        "=80\nsentence-pause = 300\ncomma-pause = 0",
         "file");
     EXPECT_EQ(settings.language, "en-us");
     EXPECT_EQ(settings.variant, "f2");
@@ -163,11 +163,15 @@ TEST(VoiceFile, keys_comments_and_blanks) {
     EXPECT_EQ(settings.pitch, 60);
     EXPECT_EQ(settings.range, 70);
     EXPECT_EQ(settings.volume, 80);
+    EXPECT_EQ(settings.sentence_pause, 300);
+    EXPECT_EQ(settings.comma_pause, 0);
 }
 
 TEST(VoiceFile, faults_are_told_with_their_line) {
-    EXPECT_EQ(message_of("language = de\nspeed = 5"),
-              "file:2: unknown key \"speed\"; known are language, variant, rate, pitch, range and volume");
+    EXPECT_EQ(
+        message_of("language = de\nspeed = 5"),
+        "file:2: unknown key \"speed\"; known are language, variant, rate, pitch, range, volume, sentence-pause and "
+        "comma-pause");
     EXPECT_EQ(message_of("language = de\n\nrate = 12x"), "file:3: rate must be a number from 80 to 450, not \"12x\"");
     EXPECT_EQ(message_of("language = de\nrate = 451"), "file:2: rate must be a number from 80 to 450, not \"451\"");
     EXPECT_EQ(message_of("what"), "file:1: expected \"key = value\", not \"what\"");

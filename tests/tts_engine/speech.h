@@ -18,8 +18,10 @@ constexpr double samples_per_second = 22050;
 // The library and one voice of it.
 class TestVoice {
 public:
-    explicit TestVoice(const std::string& name = "en-us-22i") : library_(tts_create()) {
-        voice_ = tts_load_voice(library_, TTS_TEST_DATA, (std::string(TTS_TEST_VOICES) + "/" + name).c_str());
+    explicit TestVoice(const std::string& name = "en-us-22i")
+        : TestVoice(TTS_TEST_DATA, std::string(TTS_TEST_VOICES) + "/" + name) {}
+    TestVoice(const std::string& data, const std::string& file) : library_(tts_create()) {
+        voice_ = tts_load_voice(library_, data.c_str(), file.c_str());
         EXPECT_NE(voice_, nullptr) << tts_errmsg();
     }
     ~TestVoice() {

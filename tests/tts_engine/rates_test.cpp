@@ -1,0 +1,121 @@
+// Voices of every rate, and the silence around sentences.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+#include <fstream>
+
+#include "speech.h"
+#include "test_file.h"
+
+namespace {
+
+const char* const text = "One two three. Four, <mark name=\"here\"/>five? Six!";
+
+// How many samples at the front, or the back, are silent.
+std::size_t silent_start(const Speech& speech) {
+    std::size_t i = 0;
+    while (i < speech.samples.size() && speech.samples[i] == 0) ++i;
+    return i;
+}
+
+std::size_t silent_end(const Speech& speech) {
+    std::size_t i = 0;
+    while (i < speech.samples.size() && speech.samples[speech.samples.size() - 1 - i] == 0) ++i;
+    return i;
+}
+
+Speech spoken(const std::string& settings, const std::string& document) {
+    const TestFile file("22i", "language = en-us\n" + settings);
+    const TestVoice voice(TTS_TEST_DATA, file.name());
+    return speak(voice, document);
+}
+
+double milliseconds(std::size_t samples) { return 1000.0 * static_cast<double>(samples) / samples_per_second; }
+
+}  // namespace
+
+TEST(Rates, events_stand_at_the_same_time_at_every_rate) {
+    const Speech usual = speak(document_of(text));
+    for (const auto& [name, rate] : {std::pair{"16i-mf", 16000.0}, std::pair{"8v", 8000.0}}) {
+        const TestFile file(name, "language = en-us\n");
+        const TestVoice voice(TTS_TEST_DATA, file.name());
+        const Speech speech = speak(voice, document_of(text));
+        const double factor = rate / 22050;
+        EXPECT_NEAR(static_cast<double>(speech.samples.size()), static_cast<double>(usual.samples.size()) * factor, 4);
+        ASSERT_EQ(speech.events.size(), usual.events.size());
+        for (std::size_t i = 0; i < usual.events.size(); ++i) {
+            EXPECT_EQ(speech.events[i].text, usual.events[i].text);
+            EXPECT_EQ(speech.events[i].label, usual.events[i].label);
+            EXPECT_NEAR(static_cast<double>(speech.events[i].sample),
+                        static_cast<double>(usual.events[i].sample) * factor, 4);
+        }
+        EXPECT_NEAR(speech.loudness() / usual.loudness(), 1, 0.2);
+    }
+}
+
+TEST(Rates, records_of_any_size_hold_the_same_speech) {
+    const TestFile file("8v", "language = en-us\n");
+    const TestVoice voice(TTS_TEST_DATA, file.name());
+    const Speech speech = speak(voice, document_of(text), 2205);
+    for (const std::uint32_t asked : {7u, 800u, 100000u}) {
+        const Speech other = speak(voice, document_of(text), asked);
+        EXPECT_EQ(other.samples, speech.samples) << asked;
+        EXPECT_EQ(other.events, speech.events) << asked;
+    }
+}
+
+TEST(Rates, jumps_leave_positions_right) {
+    const TestFile file("16i-mf", "language = en-us\n");
+    const TestVoice voice(TTS_TEST_DATA, file.name());
+    const std::string document = document_of("First one. Second one. Third one.");
+    tts_streamer streamer = tts_streamer_start(voice, document.c_str(), -1);
+    Speech speech;
+    tts_wave* wave = tts_streamer_synth(streamer, 800);
+    ASSERT_NE(wave, nullptr);
+    take_record(speech, *wave, document, 800);
+    tts_wave_delete(wave);
+    EXPECT_EQ(tts_streamer_jump(streamer, 2), 0);
+    const std::size_t before = speech.samples.size();
+    hear_rest(speech, streamer, document, 800);
+    tts_streamer_stop(streamer);
+    EXPECT_EQ(speech.sentences(), (Texts{"First one.", "Third one."}));
+    EXPECT_EQ(speech.sample_of("Third"), before);
+}
+
+TEST(Silence, speech_begins_at_once) {
+    EXPECT_LT(milliseconds(silent_start(spoken("", "Hello."))), 1);
+    EXPECT_LT(milliseconds(silent_start(spoken("", "So it is."))), 1);
+}
+
+TEST(Silence, behind_a_sentence_is_what_the_voice_says) {
+    EXPECT_NEAR(milliseconds(silent_end(spoken("", "Hello."))), 250, 2);
+    EXPECT_NEAR(milliseconds(silent_end(spoken("sentence-pause = 40", "Hello!"))), 40, 2);
+    EXPECT_NEAR(milliseconds(silent_end(spoken("sentence-pause = 0", "Hello?"))), 0, 2);
+    EXPECT_NEAR(milliseconds(silent_end(spoken("comma-pause = 70", "Hello,"))), 70, 2);
+}
+
+TEST(Silence, without_punctuation_there_is_none_at_the_end_but_one_between) {
+    EXPECT_LT(milliseconds(silent_end(spoken("", "Hello"))), 2);
+    const double alone = spoken("", "Hello").seconds();
+    const double both = spoken("sentence-pause = 500", "<speak><p>Hello</p><p>Hello</p></speak>").seconds();
+    EXPECT_NEAR(both, 2 * alone + 0.5, 0.005);
+}
+
+TEST(Silence, between_sentences_is_what_the_voice_says) {
+    const double short_pauses = spoken("sentence-pause = 100", "One. Two. Three.").seconds();
+    const double long_pauses = spoken("sentence-pause = 1100", "One. Two. Three.").seconds();
+    EXPECT_NEAR(long_pauses - short_pauses, 3, 0.001);
+}
+
+TEST(Silence, faster_speech_has_shorter_pauses) {
+    const Speech speech = spoken("sentence-pause = 300", "<speak><prosody rate=\"2\">Hello.</prosody></speak>");
+    EXPECT_NEAR(milliseconds(silent_end(speech)), 150, 2);
+}
+
+TEST(Silence, no_event_stands_in_what_was_left_out) {
+    const Speech speech = spoken("sentence-pause = 0", "<speak>So it is. <mark name=\"end\"/></speak>");
+    EXPECT_EQ(speech.events.back().label, "end") << testing::PrintToString(speech.events);
+    EXPECT_EQ(speech.events.back().sample, speech.samples.size());
+    EXPECT_EQ(speech.events.front().sample, 0u);
+}
