@@ -7,6 +7,7 @@
 
 #include "tts_engine/characters.h"
 #include "tts_engine/prosody.h"
+#include "tts_engine/say_as.h"
 
 namespace tts {
 namespace {
@@ -146,6 +147,11 @@ void Document::close(const Open& open, bool by_its_own_tag) {
     if (!by_its_own_tag || range.first == range.last) return;
     if (open.kind == Kind::word) cutter_.set_word(range);
     if (open.meaning.empty()) return;
+    if (open.kind == Kind::say_as) {
+        const std::string& tag = attributes_.language == 0 ? voice_language_ : languages_[attributes_.language];
+        if (auto said = say_as_text(open.meaning, open.detail, cutter_.text_of(range), tag))
+            cutter_.set_spoken({Spoken::Kind::text, range.first, range.last, *std::move(said)});
+    }
     if (open.kind == Kind::sub) cutter_.set_spoken({Spoken::Kind::text, range.first, range.last, open.meaning});
     if (open.kind == Kind::phoneme) cutter_.set_spoken({Spoken::Kind::ipa, range.first, range.last, open.meaning});
 }
