@@ -192,7 +192,15 @@ void Streamer::start_speech(std::uint32_t end) {
     speaking_ = true;
 }
 
-std::optional<Spoken> Streamer::word(std::string_view, std::uint16_t) { return std::nullopt; }
+std::optional<Pronouncer::Said> Streamer::words(std::span<const std::string> written, std::uint16_t language) {
+    const std::string& tag = language == 0 ? voice_.settings.language : document_.language(language);
+    const Lexicon::Match match = voice_.lexicon->find(written, tag);
+    if (match.count == 0) return std::nullopt;
+    const bool ipa = match.pronunciation->kind == Lexicon::Kind::ipa;
+    return Said{match.count, ipa ? Spoken::Kind::ipa : Spoken::Kind::text, match.pronunciation->text};
+}
+
+std::size_t Streamer::most_words() const { return voice_.lexicon ? voice_.lexicon->longest() : 0; }
 
 std::string Streamer::mnemonics(std::string_view ipa, std::uint16_t language) {
     return ipa_to_espeak(ipa, *EspeakEngine::ipa_table(espeak_voice_of(language)));

@@ -14,6 +14,7 @@
 
 #include "tts_engine/document.h"
 #include "tts_engine/espeak/espeak_engine.h"
+#include "tts_engine/lexicon.h"
 #include "tts_engine/output_stage.h"
 #include "tts_engine/sentence.h"
 #include "tts_engine/utterance.h"
@@ -26,9 +27,10 @@ namespace tts {
 // What a streamer needs of its voice.
 struct StreamerVoice {
     VoiceSettings settings;
-    std::string espeak_voice;     // the language as espeak-ng names it
-    double pitch_hz = 100;        // the middle of its melody
-    unsigned rate = espeak_rate;  // of the audio that comes out
+    std::string espeak_voice;                // the language as espeak-ng names it
+    double pitch_hz = 100;                   // the middle of its melody
+    unsigned rate = espeak_rate;             // of the audio that comes out
+    std::shared_ptr<const Lexicon> lexicon;  // the user's; null if none is loaded
 };
 
 class Streamer final : private Pronouncer {
@@ -44,7 +46,8 @@ public:
     bool jump(std::int32_t count);
 
 private:
-    std::optional<Spoken> word(std::string_view written, std::uint16_t language) override;
+    std::optional<Said> words(std::span<const std::string> written, std::uint16_t language) override;
+    std::size_t most_words() const override;
     std::string mnemonics(std::string_view ipa, std::uint16_t language) override;
     bool next_sentence();
     bool next_part();

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <exception>
 #include <limits>
+#include <mutex>
 #include <new>
 #include <stdexcept>
 #include <string>
@@ -13,6 +14,7 @@
 
 #include "tts_engine/espeak/espeak_engine.h"
 #include "tts_engine/handles.h"
+#include "tts_engine/lexicon.h"
 #include "tts_engine/streamer.h"
 #include "tts_engine/voice_file.h"
 #include "tts_engine/wave.h"
@@ -37,13 +39,25 @@ struct Voice {
     Voice(const Voice&) = delete;
     Voice& operator=(const Voice&) = delete;
 
+    tts::StreamerVoice speaking() {
+        std::lock_guard<std::mutex> guard(lock);
+        return speech;
+    }
+
+    // Documents that are spoken keep the lexicon that they began with.
+    void set_lexicon(std::shared_ptr<const tts::Lexicon> lexicon) {
+        std::lock_guard<std::mutex> guard(lock);
+        speech.lexicon.swap(lexicon);
+    }
+
     std::shared_ptr<Library> library;
+    std::mutex lock;
     tts::StreamerVoice speech;
 };
 
 struct RunningStreamer {
     RunningStreamer(std::shared_ptr<Voice> its_voice, const char* text, std::size_t size)
-        : voice(std::move(its_voice)), streamer(voice->speech, {text, size}) {}
+        : voice(std::move(its_voice)), streamer(voice->speaking(), {text, size}) {}
 
     std::shared_ptr<Voice> voice;
     tts::Streamer streamer;
@@ -133,15 +147,20 @@ void TTS_CALL tts_unload_voice(tts_voice voice) {
     guarded(0, [=] { return voices().remove(voice) ? 0 : 1; });
 }
 
-void TTS_CALL tts_dict_cleanup(tts_voice) {
-    // No lexicon is ever loaded.
+void TTS_CALL tts_dict_cleanup(tts_voice voice) {
+    guarded(0, [=] {
+        if (const auto speaker = voices().find(voice)) speaker->set_lexicon(nullptr);
+        return 0;
+    });
 }
 
 int32_t TTS_CALL tts_dict_load(tts_voice voice, const char* path) {
     return guarded<int32_t>(1, [=]() -> int32_t {
-        found<Voice>(voice, "voice");
-        throw std::runtime_error("lexicon \"" + std::string(path == nullptr ? "" : path) +
-                                 "\": this synthesiser does not read user lexicons yet");
+        const auto speaker = found<Voice>(voice, "voice");
+        speaker->set_lexicon(nullptr);
+        if (path == nullptr) throw std::runtime_error("there is no lexicon");
+        speaker->set_lexicon(std::make_shared<const tts::Lexicon>(tts::read_lexicon(path)));
+        return 0;
     });
 }
 

@@ -171,15 +171,36 @@ private:
             return say(spoken) ? spoken.last : at;
         }
         if (token_ == sentence_.tokens.size() || sentence_.tokens[token_].first != at) return at;
-        const Token token = sentence_.tokens[token_++];
-        if (token.last > limit || attributes().say_as != SayAs::text) return at;
-        std::string written;
-        for (std::uint32_t i = token.first; i < token.last; ++i) append_utf8(written, sentence_.text[i].code);
-        std::optional<Spoken> spoken = pronouncer_.word(written, attributes().language);
-        if (!spoken) return at;
-        spoken->first = token.first;
-        spoken->last = token.last;
-        return say(*spoken) ? token.last : at;
+        const std::size_t first = token_++;
+        if (attributes().say_as != SayAs::text || pronouncer_.most_words() == 0) return at;
+        const std::vector<std::string> written = words_from(first, limit);
+        const auto said = pronouncer_.words(written, attributes().language);
+        if (!said) return at;
+        const std::uint32_t last = sentence_.tokens[first + said->count - 1].last;
+        if (!say({said->kind, at, last, said->text})) return at;
+        token_ = first + said->count;
+        return last;
+    }
+
+    // The word `first` and those behind it that the same is said of: up to the next border of attributes, or of what is
+    // said otherwise already, and with nothing but blanks between.
+    std::vector<std::string> words_from(std::size_t first, std::uint32_t limit) const {
+        const auto& tokens = sentence_.tokens;
+        if (run_ + 1 < sentence_.runs.size()) limit = std::min(limit, sentence_.runs[run_ + 1].first);
+        if (spoken_ < sentence_.spoken.size()) limit = std::min(limit, sentence_.spoken[spoken_].first);
+        std::vector<std::string> words;
+        const std::size_t most = pronouncer_.most_words();
+        for (std::size_t i = first; i < tokens.size() && tokens[i].last <= limit && words.size() < most; ++i) {
+            if (i > first && !only_blanks(tokens[i - 1].last, tokens[i].first)) break;
+            std::string& word = words.emplace_back();
+            for (std::uint32_t k = tokens[i].first; k < tokens[i].last; ++k) append_utf8(word, sentence_.text[k].code);
+        }
+        return words;
+    }
+
+    bool only_blanks(std::uint32_t first, std::uint32_t last) const {
+        return std::all_of(sentence_.text.begin() + first, sentence_.text.begin() + last,
+                           [](const Character& character) { return is_blank(character.code); });
     }
 
     bool say(const Spoken& spoken) {

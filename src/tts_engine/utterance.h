@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,8 +29,17 @@ class Pronouncer {
 public:
     virtual ~Pronouncer() = default;
 
-    // What is said for a word of the text, if that is something else; first and last of the result are not read.
-    virtual std::optional<Spoken> word(std::string_view written, std::uint16_t language) = 0;
+    // What is said for the first of these words of the text, or the first few, if that is something else. They are one
+    // word and those that follow it, at most most_words() of them.
+    struct Said {
+        std::size_t count;  // of words
+        Spoken::Kind kind;
+        std::string text;
+    };
+    virtual std::optional<Said> words(std::span<const std::string> written, std::uint16_t language) = 0;
+
+    // 0 if there is nothing to ask for.
+    virtual std::size_t most_words() const = 0;
 
     // IPA by espeak-ng's mnemonics; empty if nothing of it can be said.
     virtual std::string mnemonics(std::string_view ipa, std::uint16_t language) = 0;
