@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "tools/host/hresult.h"
-#include "tools/host/voices.h"
+#include "tools/host/voice_store.h"
 
 namespace host {
 
@@ -26,9 +26,12 @@ struct KeyCloser {
 };
 using OwnedKey = std::unique_ptr<std::remove_pointer_t<HKEY>, KeyCloser>;
 
-OwnedKey open_key(HKEY parent, LPCWSTR name) {
+// The view of 64-bit programs, whoever asks.
+constexpr REGSAM view = KEY_WOW64_64KEY;
+
+OwnedKey open_key(HKEY parent, LPCWSTR name, REGSAM access = KEY_READ) {
     HKEY key = nullptr;
-    return OwnedKey(RegOpenKeyExW(parent, name, 0, KEY_READ, &key) == ERROR_SUCCESS ? key : nullptr);
+    return OwnedKey(RegOpenKeyExW(parent, name, 0, access | view, &key) == ERROR_SUCCESS ? key : nullptr);
 }
 
 // A registry name has at most 255 units, a value's name at most 16,383.
@@ -103,28 +106,112 @@ std::shared_ptr<KeyData> read_key(HKEY key, int depth) {
     return data;
 }
 
+const Root& root_of(const VoiceStore& store) { return roots[store.user ? 1 : 0]; }
+
+void add_voices_of(const Root& root, std::vector<Voice>* voices, std::vector<std::string>* problems) {
+    const OwnedKey tokens = open_key(root.key, tokens_key);
+    if (!tokens) return;
+    for (const WideString& name : key_names(tokens.get())) {
+        const std::string id = to_utf8(name);
+        const std::string place = std::string(root.name) + "\\" + to_utf8(tokens_key) + "\\" + id;
+        const OwnedKey key = open_key(tokens.get(), name.c_str());
+        if (!key)
+            problems->push_back("cannot read " + place);
+        else if (std::none_of(voices->begin(), voices->end(),
+                              [&](const Voice& voice) { return equal_ignoring_case(voice.id, id); }))
+            voices->push_back(Voice{id, place, read_key(key.get(), 0)});
+    }
+}
+
+void sort_by_id(std::vector<Voice>* voices) {
+    std::sort(voices->begin(), voices->end(), [](const Voice& a, const Voice& b) { return NameLess()(a.id, b.id); });
+}
+
+// ---- Writing ----
+
+void require_written(LSTATUS status) {
+    if (status != ERROR_SUCCESS) throw HostError("the registry", hresult_from_win32(static_cast<DWORD>(status)));
+}
+
+OwnedKey create_key(HKEY parent, const WideString& name) {
+    HKEY key = nullptr;
+    require_written(
+        RegCreateKeyExW(parent, name.c_str(), 0, nullptr, 0, KEY_READ | KEY_WRITE | view, nullptr, &key, nullptr));
+    return OwnedKey(key);
+}
+
+void write_value(HKEY key, const std::string& name, const KeyData::Value& value) {
+    const WideString wide_name = to_wide(name);
+    if (const auto* number = std::get_if<DWORD>(&value)) {
+        require_written(RegSetValueExW(key, wide_name.c_str(), 0, REG_DWORD, reinterpret_cast<const BYTE*>(number),
+                                       sizeof *number));
+        return;
+    }
+    const WideString text = to_wide(std::get<std::string>(value));
+    const auto bytes = static_cast<DWORD>((text.size() + 1) * sizeof(WCHAR));
+    require_written(
+        RegSetValueExW(key, wide_name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE*>(text.c_str()), bytes));
+}
+
+void write_key(HKEY key, const KeyData& data) {
+    for (const WideString& name : value_names(key))
+        if (data.values.count(to_utf8(name)) == 0) require_written(RegDeleteValueW(key, name.c_str()));
+    for (const auto& [name, value] : data.values) write_value(key, name, value);
+    for (const auto& [name, sub_key] : data.keys) write_key(create_key(key, to_wide(name)).get(), *sub_key);
+}
+
 }  // namespace
 
 std::string voices_place() { return "'HKEY_LOCAL_MACHINE\\" + to_utf8(tokens_key) + "'"; }
 
 std::vector<Voice> find_voices(std::vector<std::string>* problems) {
     std::vector<Voice> result;
-    for (const Root& root : roots) {
-        const OwnedKey tokens = open_key(root.key, tokens_key);
-        if (!tokens) continue;
-        for (const WideString& name : key_names(tokens.get())) {
-            const std::string id = to_utf8(name);
-            const std::string place = std::string(root.name) + "\\" + to_utf8(tokens_key) + "\\" + id;
-            const OwnedKey key = open_key(tokens.get(), name.c_str());
-            if (!key)
-                problems->push_back("cannot read " + place);
-            else if (std::none_of(result.begin(), result.end(),
-                                  [&](const Voice& voice) { return equal_ignoring_case(voice.id, id); }))
-                result.push_back(Voice{id, place, read_key(key.get(), 0)});
-        }
-    }
-    std::sort(result.begin(), result.end(), [](const Voice& a, const Voice& b) { return NameLess()(a.id, b.id); });
+    for (const Root& root : roots) add_voices_of(root, &result, problems);
+    sort_by_id(&result);
     return result;
+}
+
+std::string place_of(const VoiceStore& store) {
+    return std::string("'") + root_of(store).name + "\\" + to_utf8(tokens_key) + "'";
+}
+
+std::vector<Voice> voices_in(const VoiceStore& store, std::vector<std::string>* problems) {
+    std::vector<Voice> result;
+    add_voices_of(root_of(store), &result, problems);
+    sort_by_id(&result);
+    return result;
+}
+
+void write_voice(const VoiceStore& store, const std::string& id, const KeyData& data) {
+    try {
+        const OwnedKey tokens = create_key(root_of(store).key, tokens_key);
+        const bool is_new = !open_key(tokens.get(), to_wide(id).c_str());
+        try {
+            write_key(create_key(tokens.get(), to_wide(id)).get(), data);
+        } catch (const HostError&) {
+            // Half a voice is worse than none.
+            if (is_new) RegDeleteTreeW(tokens.get(), to_wide(id).c_str());
+            throw;
+        }
+    } catch (const HostError& error) {
+        cannot_write("the voice '" + id + "'", place_of(store), error.code());
+    }
+}
+
+void remove_voice(const VoiceStore& store, const std::string& id) {
+    const OwnedKey tokens = open_key(root_of(store).key, tokens_key, KEY_READ | KEY_WRITE);
+    const LSTATUS status = tokens ? RegDeleteTreeW(tokens.get(), to_wide(id).c_str()) : ERROR_ACCESS_DENIED;
+    if (status == ERROR_SUCCESS) return;
+    const HRESULT code = hresult_from_win32(static_cast<DWORD>(status));
+    const std::string message = "cannot remove the voice '" + id + "' from " + place_of(store);
+    if (code != E_ACCESSDENIED) throw HostError(message, code);
+    throw HostError(message, code, "run this as an administrator");
+}
+
+void cannot_write(const std::string& what, const std::string& place, HRESULT code) {
+    const std::string message = "cannot write " + what + " to " + place;
+    if (code != E_ACCESSDENIED) throw HostError(message, code);
+    throw HostError(message, code, "run this as an administrator, or give --user for a voice of your own");
 }
 
 }  // namespace host

@@ -1,0 +1,33 @@
+// The folders that voices are made of, seen from where the program stands, or as the command line names them.
+#ifndef NELVA_TOOLS_HOST_VOICE_PLACES_H
+#define NELVA_TOOLS_HOST_VOICE_PLACES_H
+
+#include <string>
+
+#include "tools/host/voice_store.h"
+#include "tools/host/voices_options.h"
+
+namespace host {
+
+// Full paths, with the platform's own separators.
+struct VoicePlaces {
+    std::string data;        // the synthesiser's: libPath
+    std::string voices;      // voice files that ship
+    std::string new_voices;  // where a voice file goes that does not ship
+    std::string lexicons;    // where user lexicons are; empty: voices have none
+    std::string editor;      // the dictionary editor; empty: none
+    VoiceStore store;
+};
+
+VoicePlaces voice_places(const VoicesOptions& options);
+
+// One path inside of another, with the platform's separator.
+std::string path_in(const std::string& folder, const std::string& name);
+
+bool file_exists(const std::string& path);  // and is no folder
+bool folder_exists(const std::string& path);
+void make_folder(const std::string& path);  // and those above it; a failure shows when it is used
+
+}  // namespace host
+
+#endif
