@@ -74,7 +74,15 @@ endforeach()
 
 # ---- runtime ----
 
-install(TARGETS nelva_sapi tts_engine nelva-say
+# The one list of what is shipped; a product that this system does not have is left out.
+set(nelva_products nelva_sapi tts_engine nelva-say nelva-voices nelva-check-engine nelva-dictionary-editor)
+foreach(product IN LISTS nelva_products)
+  if(NOT TARGET ${product})
+    list(REMOVE_ITEM nelva_products ${product})
+  endif()
+endforeach()
+add_custom_target(nelva_products DEPENDS ${nelva_products})
+install(TARGETS ${nelva_products}
         RUNTIME DESTINATION bin COMPONENT runtime
         LIBRARY DESTINATION lib COMPONENT runtime
         ARCHIVE DESTINATION lib COMPONENT runtime)

@@ -18,6 +18,9 @@ endif()
 if(WIN32)
   # The shipped DLL must not depend on any compiler runtime DLL.
   target_link_options(nelva_options INTERFACE -static -static-libgcc -static-libstdc++)
+  # The same commit gives the same bytes: no time of linking, no path of the building machine.
+  target_link_options(nelva_options INTERFACE -Wl,--no-insert-timestamp)
+  target_compile_options(nelva_options INTERFACE $<BUILD_INTERFACE:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>)
   target_compile_definitions(nelva_options INTERFACE UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX)
   # printf of this CRT differs from the C standard's; the compiler's own does not.
   target_compile_definitions(nelva_options INTERFACE __USE_MINGW_ANSI_STDIO=1)
