@@ -155,8 +155,10 @@ TEST(RealHostSpeak, default_device_plays) {
 TEST(RealHostSpeak, xml_of_sapi_is_obeyed) {
     Apartment apartment;
     Speaker speaker(english);
-    ASSERT_EQ(speaker.speak(L"One <volume level=\"10\">two</volume>.", SPF_IS_XML), S_OK);
-    EXPECT_GT(seconds(speaker.samples()), 0.3);
+    const HRESULT hr = speaker.speak(L"<volume level=\"50\">The same words.</volume>", SPF_IS_XML);
+    if (hr == E_NOTIMPL) GTEST_SKIP() << "this SAPI does not read XML";
+    ASSERT_EQ(hr, S_OK);
+    EXPECT_NEAR(peak(speaker.samples()), peak(spoken(english, L"The same words.")) * 0.5, 500);
 }
 
 TEST(RealHostSpeak, into_a_stream_of_sapis_own) {
