@@ -14,8 +14,16 @@ list(SORT files)
 file(GLOB_RECURSE folders LIST_DIRECTORIES true RELATIVE ${STAGE} ${STAGE}/*)
 list(REMOVE_ITEM folders ${files})
 list(SORT folders ORDER DESCENDING) # what lies deeper first
-file(GLOB tokens ${TOKENS}/*.json)
+
+# Voices come by their names, as people read them.
+file(GLOB names ${TOKENS}/*.json)
+foreach(token IN LISTS names)
+  file(READ ${token} json)
+  string(JSON display GET "${json}" displayName)
+  list(APPEND tokens "${display}|${token}")
+endforeach()
 list(SORT tokens)
+list(TRANSFORM tokens REPLACE "^[^|]*[|]" "")
 
 set(text "; Written by content.cmake from the staged content and the voice tokens.\n")
 set(taken "")

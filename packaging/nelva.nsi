@@ -40,7 +40,10 @@ Var LexiconFolder
 Var Languages ; as on the command line; empty: not said
 
 !define MUI_ABORTWARNING
-!define MUI_COMPONENTSPAGE_SMALLDESC
+!define MUI_ICON "${NSISDIR}/Contrib/Graphics/Icons/modern-install.ico"
+!define MUI_UNICON "${NSISDIR}/Contrib/Graphics/Icons/modern-uninstall.ico"
+!define MUI_WELCOMEFINISHPAGE_BITMAP "${NSISDIR}/Contrib/Graphics/Wizard/win.bmp"
+!define MUI_COMPONENTSPAGE_NODESC
 !define MUI_WELCOMEPAGE_TITLE "Nelva voices"
 !define MUI_WELCOMEPAGE_TEXT "This installs the Nelva voices, which speak in every 64-bit program that uses Windows' \
 speech interface.$\r$\n$\r$\nAn older version is replaced; programs that speak at this moment go on with it until they \
@@ -241,11 +244,6 @@ Function RemoveFromOldFolder
   Delete "$R0\uninstall.exe"
   RMDir "$R0"
 FunctionEnd
-
-!insertmacro MUI_FUNCTION_DESCRIPTION_BEGIN
-  !insertmacro MUI_DESCRIPTION_TEXT ${SEC_CORE} "The engine, the synthesiser, tools, and documentation."
-  !insertmacro MUI_DESCRIPTION_TEXT ${SEC_OTHER} "For voices of further languages, which nelva-voices adds."
-!insertmacro MUI_FUNCTION_DESCRIPTION_END
 
 ; ---- Uninstalling ----
 
