@@ -1,0 +1,172 @@
+// Texts of many languages and scripts: every word has its event, cut out exactly, and all systems agree.
+//
+// languages/<tag>.txt are texts of this project's own. What their words are is told here without the synthesiser's
+// code: what stands between blanks, without the punctuation at both ends.
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <numeric>
+
+#include "speech.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::string unspaced[] = {"zh", "ja"};  // each character counts as a word
+
+std::string contents(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::vector<std::string> languages() {
+    std::vector<std::string> result;
+    for (const auto& entry : fs::directory_iterator(fs::path(NELVA_TEST_DATA) / "languages"))
+        result.push_back(entry.path().stem().string());
+    std::sort(result.begin(), result.end());
+    return result;
+}
+
+std::string text_of(const std::string& language) {
+    return contents(fs::path(NELVA_TEST_DATA) / "languages" / (language + ".txt"));
+}
+
+const Texts punctuation = {".", ",", ";", ":", "!",  "?",  "\"", "'",  "(",  ")",  "-",  "—", "„",
+                           "“", "”", "«", "»", "¿",  "¡",  "·",  "؛",  "،",  "؟",  "۔",  "।", "።",
+                           "፤", "፣", "։", "՝", "。", "，", "、", "？", "！", "「", "」", "၊", "။"};
+
+// Takes one punctuation mark off an end; false if there is none.
+bool strip(std::string& word) {
+    for (const std::string& mark : punctuation) {
+        if (word.ends_with(mark)) {
+            word.resize(word.size() - mark.size());
+            return true;
+        }
+        if (!word.starts_with(mark)) continue;
+        word.erase(0, mark.size());
+        return true;
+    }
+    return false;
+}
+
+Texts words_between_blanks(const std::string& text) {
+    Texts words;
+    std::string word;
+    for (const char c : text + " ") {
+        if (c != ' ' && c != '\n') {
+            word += c;
+            continue;
+        }
+        while (!word.empty() && strip(word)) {
+        }
+        if (!word.empty()) words.push_back(word);
+        word.clear();
+    }
+    return words;
+}
+
+// The text without blanks and punctuation.
+std::string letters_of(std::string text) {
+    for (const std::string& mark : punctuation)
+        for (std::size_t at = 0; (at = text.find(mark, at)) != std::string::npos;) text.erase(at, mark.size());
+    std::erase_if(text, [](char c) { return c == ' ' || c == '\n'; });
+    return text;
+}
+
+std::string document_in(const std::string& language) {
+    return "<speak version=\"1.0\" xml:lang=\"" + language + "\"><mark name=\"P0\"/>" + text_of(language) + "</speak>";
+}
+
+// FNV-1a.
+std::uint64_t digest(std::uint64_t before, const std::string& text) {
+    for (const char c : text) before = (before ^ static_cast<unsigned char>(c)) * 0x100000001B3u;
+    return before;
+}
+
+constexpr std::uint64_t empty_digest = 0xCBF29CE484222325u;
+
+std::string digest_line(const std::string& language, const Speech& speech) {
+    std::uint64_t all = empty_digest;
+    for (const HeardEvent& event : speech.events)
+        all = digest(all, std::to_string(event.type) + event.label + event.text + std::to_string(event.sample));
+    char line[100];
+    std::snprintf(line, sizeof line, "%s %zu samples %zu events %016llx\n", language.c_str(), speech.samples.size(),
+                  speech.events.size(), static_cast<unsigned long long>(all));
+    return line;
+}
+
+// What the result depends on: the synthesiser's sources and the texts.
+std::string version_of_sources() {
+    std::vector<fs::path> files;
+    for (const fs::path& folder : {fs::path(TTS_TEST_SOURCES), fs::path(NELVA_TEST_DATA) / "languages"})
+        for (const auto& entry : fs::recursive_directory_iterator(folder))
+            if (entry.is_regular_file()) files.push_back(entry.path());
+    std::vector<std::uint64_t> digests;
+    for (const fs::path& file : files)
+        digests.push_back(digest(digest(empty_digest, file.filename().string()), contents(file)));
+    const std::uint64_t all = std::accumulate(digests.begin(), digests.end(), std::uint64_t{0});
+    char name[30];
+    std::snprintf(name, sizeof name, "%016llx", static_cast<unsigned long long>(all));
+    return name;
+}
+
+}  // namespace
+
+TEST(Languages, are_at_least_thirty) { EXPECT_GE(languages().size(), 30u); }
+
+TEST(Languages, each_word_has_its_event_in_order) {
+    const TestVoice voice;
+    for (const std::string& language : languages()) {
+        if (std::count(std::begin(unspaced), std::end(unspaced), language) > 0) continue;
+        const Texts expected = words_between_blanks(text_of(language));
+        EXPECT_EQ(speak(voice, document_in(language)).words(), expected) << language;
+    }
+}
+
+TEST(Languages, without_blanks_are_covered_and_no_character_is_cut) {
+    const TestVoice voice;
+    for (const std::string& language : unspaced) {
+        const Texts words = speak(voice, document_in(language)).words();
+        EXPECT_GT(words.size(), 100u);
+        std::string all;
+        for (const std::string& word : words) {
+            EXPECT_NE(static_cast<unsigned char>(word[0]) & 0xC0, 0x80) << language;
+            all += word;
+        }
+        EXPECT_EQ(all, letters_of(text_of(language))) << language;
+    }
+}
+
+TEST(Languages, visemes_begin_and_end_with_silence) {
+    const TestVoice voice;
+    for (const std::string& language : languages()) {
+        const Texts visemes = speak(voice, document_in(language)).visemes();
+        ASSERT_GT(visemes.size(), 30u) << language;
+        EXPECT_EQ(visemes.front(), "sil") << language;
+        EXPECT_EQ(visemes.back(), "sil") << language;
+    }
+}
+
+// Each system leaves what it heard beside the builds; whoever comes second compares.
+TEST(Languages, sound_the_same_on_every_system) {
+#if defined(_WIN32)
+    const char* const own = "windows";
+    const char* const other = "native";
+#else
+    const char* const own = "native";
+    const char* const other = "windows";
+#endif
+    const TestVoice voice;
+    std::string heard;
+    for (const std::string& language : languages()) heard += digest_line(language, speak(voice, document_in(language)));
+    const fs::path folder(TTS_TEST_DIGESTS);
+    const std::string version = version_of_sources();
+    std::error_code ignored;
+    fs::create_directories(folder, ignored);
+    std::ofstream(folder / (version + "-" + own), std::ios::binary) << heard;
+    const std::string theirs = contents(folder / (version + "-" + other));
+    if (theirs.empty()) GTEST_SKIP() << "the other system has not spoken yet";
+    EXPECT_EQ(heard, theirs);
+}
