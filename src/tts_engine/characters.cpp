@@ -65,6 +65,10 @@ bool is_closing(char32_t c) {
 
 bool is_lower(char32_t c) { return ucd_islower(c) != 0; }
 
+bool is_cased(char32_t c) { return ucd_islower(c) != 0 || ucd_isupper(c) != 0; }
+
+char32_t to_lower(char32_t c) { return ucd_tolower(c); }
+
 bool is_alnum(char32_t c) { return ucd_isalnum(c) != 0; }
 
 bool is_full_stop(char32_t c) { return c == U'.' || c == 0x2026; }

@@ -24,6 +24,8 @@ bool is_punctuation(char32_t c);  // Unicode's categories P*, not symbols such a
 bool is_opening(char32_t c);      // brackets and quotes that stand in front of a word
 bool is_closing(char32_t c);      // brackets and quotes that stand behind a word, also " and '
 bool is_lower(char32_t c);
+bool is_cased(char32_t c);  // a capital or small letter
+char32_t to_lower(char32_t c);
 bool is_alnum(char32_t c);
 bool is_full_stop(char32_t c);   // . and its kin, which need a look at what follows
 bool is_strong_end(char32_t c);  // ! ? and their kin

@@ -1,6 +1,7 @@
 // Elements and what they mean. See document.h.
 #include "tts_engine/document.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <utility>
@@ -43,6 +44,7 @@ void Document::rewind() {
     MarkupHandler& handler = *this;
     reader_ = std::make_unique<MarkupReader>(text_, handler);
     cutter_ = SentenceCutter();
+    cutter_.set_language(voice_language_);
     open_.clear();
     open_of_kind_.fill(0);
     attributes_ = Attributes();
@@ -104,7 +106,7 @@ void Document::start_element(std::string_view name, const MarkupAttributes& attr
     if (kind == Kind::prosody) set_prosody(attributes);
     if (kind == Kind::emphasis) set_emphasis(attributes);
     if (kind == Kind::say_as) set_say_as(attributes);
-    cutter_.set_attributes(attributes_);
+    apply_attributes();
     if (!is_span(kind)) return;
     set_meaning(open_.back(), attributes);
     cutter_.open_span();
@@ -125,7 +127,16 @@ void Document::end_element(std::string_view name) {
         --open_of_kind_[static_cast<std::size_t>(top.kind)];
     }
     if (ended) cutter_.end_sentence();
+    apply_attributes();
+}
+
+const std::string& Document::language_in_force() const {
+    return attributes_.language == 0 ? voice_language_ : languages_[attributes_.language];
+}
+
+void Document::apply_attributes() {
     cutter_.set_attributes(attributes_);
+    cutter_.set_language(language_in_force());
 }
 
 void Document::set_meaning(Open& open, const MarkupAttributes& attributes) {
@@ -148,7 +159,7 @@ void Document::close(const Open& open, bool by_its_own_tag) {
     if (open.kind == Kind::word) cutter_.set_word(range);
     if (open.meaning.empty()) return;
     if (open.kind == Kind::say_as) {
-        const std::string& tag = attributes_.language == 0 ? voice_language_ : languages_[attributes_.language];
+        const std::string& tag = language_in_force();
         if (auto said = say_as_text(open.meaning, open.detail, cutter_.text_of(range), tag))
             cutter_.set_spoken({Spoken::Kind::text, range.first, range.last, *std::move(said)});
     }
@@ -204,10 +215,12 @@ void Document::set_prosody(const MarkupAttributes& attributes) {
 
 void Document::set_emphasis(const MarkupAttributes& attributes) {
     const Emphasis emphasis = emphasis_from(value_of(attributes, "level"));
-    attributes_.rate *= emphasis.rate;
-    attributes_.pitch *= emphasis.pitch;
-    attributes_.range *= emphasis.range;
-    attributes_.volume *= emphasis.volume;
+    // Emphasis in emphasis in emphasis has an end.
+    const auto multiply = [](float& factor, float by) { factor = std::clamp(factor * by, 0.0f, 100.0f); };
+    multiply(attributes_.rate, emphasis.rate);
+    multiply(attributes_.pitch, emphasis.pitch);
+    multiply(attributes_.range, emphasis.range);
+    multiply(attributes_.volume, emphasis.volume);
 }
 
 bool Document::is_writers_pitch(const std::string& value) {

@@ -81,6 +81,8 @@ private:
     void character(char32_t code, std::uint32_t begin, std::uint32_t end) override;
 
     void set_language(std::string_view tag);
+    const std::string& language_in_force() const;
+    void apply_attributes();
     void set_prosody(const MarkupAttributes& attributes);
     void set_emphasis(const MarkupAttributes& attributes);
     void set_say_as(const MarkupAttributes& attributes);

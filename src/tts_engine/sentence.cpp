@@ -2,10 +2,10 @@
 #include "tts_engine/sentence.h"
 
 #include <algorithm>
-#include <array>
 #include <string_view>
 #include <utility>
 
+#include "tts_engine/abbreviations.h"
 #include "tts_engine/characters.h"
 
 namespace tts {
@@ -19,60 +19,73 @@ constexpr std::size_t longest = 700;
 // How far into a span no sentence ends, in characters: one that is never closed must not hold up the rest.
 constexpr std::size_t span_holds = 200;
 
-// Abbreviations that a name or another word follows, in small letters.
-constexpr std::array<std::string_view, 57> before_words = {
-    "mr",     "mrs", "ms",   "dr",  "prof", "st",   "rev",  "gen",  "col",  "capt", "lt",     "sgt",
-    "hon",    "gov", "sen",  "rep", "pres", "mt",   "ft",   "vs",   "cf",   "viz",  "approx", "ca",
-    "messrs", "mme", "mlle", "mm",  "sr",   "sra",  "srta", "dra",  "ud",   "uds",  "sig",    "dott",
-    "hr",     "fr",  "dipl", "ing", "bzw",  "str",  "bspw", "ggf",  "evtl", "inkl", "exkl",   "geb",
-    "gest",   "mag", "ten",  "maj", "brig", "cmdr", "adm",  "supt", "insp"};
-
-// Abbreviations that a number follows.
-constexpr std::array<std::string_view, 27> before_numbers = {
-    "no",  "nos", "nr",  "vol", "fig", "figs", "eq",  "p",   "pp",   "ch",  "sec", "art", "abs", "kap",
-    "jan", "feb", "mar", "apr", "jun", "jul",  "aug", "sep", "sept", "oct", "nov", "dec", "bd"};
-
-template <std::size_t size>
-bool contains(const std::array<std::string_view, size>& list, std::string_view word) {
-    return std::find(list.begin(), list.end(), word) != list.end();
-}
-
 bool is_digit(char32_t c) { return c >= U'0' && c <= U'9'; }
 
-// The ASCII letters of the word in front of character `end`, in small letters; `dotted` if there is a dot among them.
-// Empty when the word is no abbreviation by its looks.
-std::string word_before(const std::vector<Character>& text, std::size_t end, bool& dotted) {
-    std::string word;
-    dotted = false;
-    for (std::size_t i = end; i > 0 && word.size() < 12; --i) {
-        const char32_t c = text[i - 1].code;
-        if (c == U'.')
-            dotted = true;
-        else if ((c | 0x20) >= U'a' && (c | 0x20) <= U'z')
-            word.push_back(static_cast<char>(c | 0x20));
-        else if (is_blank(c) || is_opening(c) || c == U'"' || c == U'\'')
-            break;
-        else
-            return {};
+bool is_boundary(char32_t c) { return is_blank(c) || is_opening(c) || c == U'"' || c == U'\''; }
+
+// The word in front of character `end`, in small letters.
+struct WordBefore {
+    std::string letters;
+    std::size_t count = 0;
+    std::size_t first = 0;  // where it begins
+    bool dotted = false;    // there is a full stop inside
+    bool cased = false;     // its script has capitals
+};
+
+// Empty when what stands there is no abbreviation by its looks.
+WordBefore word_before(const std::vector<Character>& text, std::size_t end) {
+    WordBefore word;
+    word.first = end;
+    while (word.first > 0 && !is_boundary(text[word.first - 1].code)) {
+        if (end - --word.first > 12) return {};
     }
-    std::reverse(word.begin(), word.end());
+    for (std::size_t i = word.first; i < end; ++i) {
+        const char32_t c = text[i].code;
+        if (c == U'.') {
+            word.dotted = true;
+            continue;
+        }
+        if (!is_alnum(c) || is_digit(c)) return {};
+        word.cased |= is_cased(c);
+        append_utf8(word.letters, to_lower(c));
+        ++word.count;
+    }
     return word;
 }
 
-bool is_abbreviation(const std::vector<Character>& text, std::size_t end, char32_t next) {
+// Whether the full stop behind characters up to `end` belongs to a number that counts something: "am 3. Mai".
+bool is_ordinal(const std::vector<Character>& text, std::size_t end, std::string_view language) {
+    std::size_t first = end;
+    while (first > 0 && is_digit(text[first - 1].code)) --first;
+    if (first == end || end - first > 2) return false;
+    if (first == 0) return is_ordinal_behind(language, {});
+    if (!is_blank(text[first - 1].code)) return false;
+    while (first > 0 && is_blank(text[first - 1].code)) --first;
+    if (first > 0 && text[first - 1].code == U',') return is_ordinal_behind(language, {});
+    const WordBefore word = word_before(text, first);
+    return word.count > 0 && is_ordinal_behind(language, word.letters);
+}
+
+// Whether the full stop at character `end` ends no sentence although `next` is no small letter.
+bool is_abbreviation(const std::vector<Character>& text, std::size_t end, char32_t next, std::string_view language) {
     if (end > 0 && is_full_stop(text[end - 1].code)) return false;
-    bool dotted = false;
-    const std::string word = word_before(text, end, dotted);
-    if (word.empty()) return false;
-    if (dotted) return word.size() <= 4;
-    if (word.size() == 1) return word != "i";
-    return contains(before_words, word) || (is_digit(next) && contains(before_numbers, word));
+    if (is_ordinal(text, end, language)) return true;
+    const WordBefore word = word_before(text, end);
+    if (word.count == 0) return false;
+    if (word.dotted) return word.count <= 4;
+    // Initials; but in English "I" is a word.
+    if (word.count == 1 && word.cased) return word.letters != "i";
+    return is_abbreviation_in(language, word.letters, is_digit(next));
 }
 
 // Takes punctuation off both ends of characters `first` to `last`; nothing may be left.
 void add_token(const std::vector<Character>& text, std::size_t first, std::size_t last, std::vector<Token>& tokens) {
     while (first < last && is_punctuation(text[first].code)) ++first;
-    while (last > first && is_punctuation(text[last - 1].code)) --last;
+    // A percent sign is said with its number.
+    const auto is_percent = [&](std::size_t at) {
+        return at > first && (text[at].code == U'%' || text[at].code == 0x2030) && is_digit(text[at - 1].code);
+    };
+    while (last > first && is_punctuation(text[last - 1].code) && !is_percent(last - 1)) --last;
     if (first < last) tokens.push_back({static_cast<std::uint32_t>(first), static_cast<std::uint32_t>(last)});
 }
 
@@ -147,7 +160,7 @@ bool SentenceCutter::ends_before(char32_t code) const {
     if (end_ == End::wide) return blank_ || !is_closing(code);
     if (!blank_) return false;
     if (end_ == End::strong) return !(closed_ && is_lower(code));
-    return !is_lower(code) && (closed_ || !is_abbreviation(current_.text, end_index_, code));
+    return !is_lower(code) && (closed_ || !is_abbreviation(current_.text, end_index_, code, language_));
 }
 
 void SentenceCutter::append(Character character) {
@@ -200,6 +213,12 @@ void SentenceCutter::add_pause(std::uint32_t milliseconds) {
 }
 
 void SentenceCutter::set_attributes(const Attributes& attributes) { attributes_ = attributes; }
+
+void SentenceCutter::set_language(std::string_view tag) {
+    language_.clear();
+    for (const char c : tag.substr(0, tag.find_first_of("-_")))
+        language_ += c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+}
 
 void SentenceCutter::end_word() { border_ = true; }
 

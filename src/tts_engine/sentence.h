@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <deque>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tts {
@@ -75,10 +76,11 @@ struct Sentence {
 
 // Takes a document's text, marks and changes of attributes in order and gives sentences.
 //
-// A sentence ends at . ! ? and their kin where a blank follows (where . follows an abbreviation or precedes a small
-// letter it does not), at the ends of scripts without blanks, at an empty line, and where the document says so. A
-// sentence that does not end is cut at a blank, so that no piece grows without bound. Blanks at both ends of a sentence
-// belong to none. Marks behind a sentence's end stand at the start of the next.
+// A sentence ends at . ! ? and their kin where a blank follows (where . follows an abbreviation of the language, an
+// initial or a German ordinal, or precedes a small letter, it does not), at the ends of scripts without blanks, at an
+// empty line, and where the document says so. A sentence that does not end is cut at a blank, so that no piece grows
+// without bound. Blanks at both ends of a sentence belong to none. Marks behind a sentence's end stand at the start of
+// the next.
 //
 // A span is the text of an element that is one thing: no sentence ends in it, unless it is long or the document says
 // so. Its text may be taken as one word, or something else may be said for it.
@@ -88,9 +90,10 @@ public:
     void add_mark(std::string name);
     void add_pause(std::uint32_t milliseconds);
     void set_attributes(const Attributes& attributes);
-    void end_word();      // a fragment's border: what follows is another word
-    void end_sentence();  // the document says that a sentence ends here
-    void finish();        // the document ends
+    void set_language(std::string_view tag);  // of what comes, for its abbreviations; English at the start
+    void end_word();                          // a fragment's border: what follows is another word
+    void end_sentence();                      // the document says that a sentence ends here
+    void finish();                            // the document ends
 
     // The next character begins a span. Spans nest.
     void open_span();
@@ -133,6 +136,7 @@ private:
 
     Sentence current_;
     Attributes attributes_;
+    std::string language_ = "en";
     std::deque<Sentence> ready_;
     std::vector<Span> spans_;
     std::vector<Token> words_;     // the words that are set, by position

@@ -12,8 +12,9 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-std::vector<tts::Sentence> cut(const std::string& text) {
+std::vector<tts::Sentence> cut(const std::string& text, const std::string& language = "en") {
     tts::SentenceCutter cutter;
+    cutter.set_language(language);
     std::uint32_t at = 0;
     for (std::string_view rest = text; !rest.empty();) {
         const tts::Decoded decoded = tts::decode_utf8(rest);
@@ -32,9 +33,9 @@ std::string text_of(const tts::Sentence& sentence) {
     return text;
 }
 
-Texts sentences_of(const std::string& text) {
+Texts sentences_of(const std::string& text, const std::string& language = "en") {
     Texts result;
-    for (const tts::Sentence& sentence : cut(text)) result.push_back(text_of(sentence));
+    for (const tts::Sentence& sentence : cut(text, language)) result.push_back(text_of(sentence));
     return result;
 }
 
@@ -58,6 +59,29 @@ TEST(Cutter, full_stop_of_an_abbreviation_ends_nothing) {
     EXPECT_EQ(sentences_of("Dr. Smith and J. R. Jones met on Jan. 5 at No. 10 of the U.S. Mint. Fine."),
               (Texts{"Dr. Smith and J. R. Jones met on Jan. 5 at No. 10 of the U.S. Mint.", "Fine."}));
     EXPECT_EQ(sentences_of("It was no. Then it was. Next"), (Texts{"It was no.", "Then it was.", "Next"}));
+}
+
+TEST(Cutter, abbreviations_are_those_of_the_language) {
+    EXPECT_EQ(sentences_of("I have ten. You lost your mag. Fine."),
+              (Texts{"I have ten.", "You lost your mag.", "Fine."}));
+    EXPECT_EQ(sentences_of("Vgl. Hr. Mag. Huber in Kap. 3. Gut.", "de-AT"),
+              (Texts{"Vgl. Hr. Mag. Huber in Kap. 3.", "Gut."}));
+    EXPECT_EQ(sentences_of("La Sra. López y D. Juan. Bien.", "es"), (Texts{"La Sra. López y D. Juan.", "Bien."}));
+    EXPECT_EQ(sentences_of("Это ул. Мира и проф. Иванов. Да.", "ru"), (Texts{"Это ул. Мира и проф. Иванов.", "Да."}));
+    EXPECT_EQ(sentences_of("См. А. П. Чехов. Да.", "ru"), (Texts{"См. А. П. Чехов.", "Да."}));
+}
+
+TEST(Cutter, german_ordinals_end_nothing) {
+    EXPECT_EQ(sentences_of("Wir kamen am 3. Mai an. Dann im 19. Jahrhundert. Gut.", "de"),
+              (Texts{"Wir kamen am 3. Mai an.", "Dann im 19. Jahrhundert.", "Gut."}));
+    EXPECT_EQ(sentences_of("1. Kapitel. Berlin, 3. Mai 2021. Ich bin 30. Du bist 40.", "de"),
+              (Texts{"1. Kapitel.", "Berlin, 3. Mai 2021.", "Ich bin 30.", "Du bist 40."}));
+    EXPECT_EQ(sentences_of("He came on the 3. May was late. She is 30. He is not."),
+              (Texts{"He came on the 3.", "May was late.", "She is 30.", "He is not."}));
+}
+
+TEST(Cutter, single_letter_of_a_script_without_capitals_is_no_initial) {
+    EXPECT_EQ(sentences_of("책을 봐요. 네. 좋아요.", "ko"), (Texts{"책을 봐요.", "네.", "좋아요."}));
 }
 
 TEST(Cutter, quotes_and_brackets_belong_to_the_end) {

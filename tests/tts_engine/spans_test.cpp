@@ -137,6 +137,13 @@ TEST(Emphasis, strong_takes_longer) {
               1.08 * speak("<speak>This is important.</speak>").seconds());
 }
 
+TEST(Emphasis, nested_without_end_has_bounds) {
+    std::string body;
+    for (int i = 0; i < 3000; ++i) body += i % 2 == 0 ? "<emphasis level=\"strong\">" : "<emphasis level=\"reduced\">";
+    for (int i = 0; i < 3000; ++i) body += "<emphasis level=\"strong\">";
+    EXPECT_EQ(speak(document_of(body + "One two")).words(), (Texts{"One", "two"}));
+}
+
 TEST(Audio, fallback_is_spoken_and_its_description_is_not) {
     const Speech speech = speak(
         document_of("One <audio src=\"x.wav\"><desc>a bell <mark name=\"B1\"/></desc>two <b>three</b></audio> four."));

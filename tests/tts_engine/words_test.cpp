@@ -16,6 +16,10 @@ TEST(Words, number_is_one_however_many_are_said) {
               (Texts{"It", "cost", "$12.50", "on", "3/4/2021", "or", "1,000", "and", "3.14", "at", "5:30"}));
 }
 
+TEST(Words, percent_sign_belongs_to_its_number) {
+    EXPECT_EQ(words_of("About 50%, or 3.5%. Not % alone"), (Texts{"About", "50%", "or", "3.5%", "Not", "alone"}));
+}
+
 TEST(Words, abbreviations_and_apostrophes_stay_whole) {
     EXPECT_EQ(words_of("The U.S. isn't e.g. well-known; the dogs' \"rock 'n' roll\"."),
               (Texts{"The", "U.S", "isn't", "e.g", "well-known", "the", "dogs", "rock", "n", "roll"}));
@@ -97,6 +101,13 @@ TEST(Sentences, event_comes_before_the_first_word) {
 TEST(Sentences, elements_p_and_s_bound_them) {
     EXPECT_EQ(speak("<speak><p><s>one two</s><s>three</s></p><p>four</p>five</speak>").sentences(),
               (Texts{"one two", "three", "four", "five"}));
+}
+
+TEST(Sentences, are_cut_by_the_rules_of_their_language) {
+    EXPECT_EQ(speak("<speak xml:lang=\"de\">Am 3. Mai kam er. Ja.</speak>").sentences(),
+              (Texts{"Am 3. Mai kam er.", "Ja."}));
+    const TestVoice voice("de-22i");
+    EXPECT_EQ(speak(voice, "<speak>Am 3. Mai kam er. Ja.</speak>").sentences(), (Texts{"Am 3. Mai kam er.", "Ja."}));
 }
 
 TEST(Sentences, without_an_end_are_cut_and_announced_once) {
