@@ -1,15 +1,22 @@
 // nelva-say: a small SAPI host. It finds a voice, gives it to its engine and lets it speak; docs/nelva-say.md.
 #include <atomic>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <memory>
 #include <optional>
+#include <thread>
 
+#include "tools/host/audio_device.h"
 #include "tools/host/engine_server.h"
 #include "tools/host/events_log.h"
 #include "tools/host/files.h"
 #include "tools/host/fragments.h"
 #include "tools/host/fragments_json.h"
 #include "tools/host/hresult.h"
+#include "tools/host/keys.h"
+#include "tools/host/live_controls.h"
+#include "tools/host/player.h"
 #include "tools/host/program_arguments.h"
 #include "tools/host/progress.h"
 #include "tools/host/sapi_xml.h"
@@ -57,8 +64,38 @@ void write_document(const std::string& path, const SpeechInput& input, const Voi
     file.close();
 }
 
+constexpr auto pause_while_playing = std::chrono::milliseconds(10);
+
+// A device, the keys and the words on the terminal.
+struct Playing {
+    std::unique_ptr<AudioDevice> device;
+    std::unique_ptr<KeySource> keys;
+    LiveControls controls;
+    WordLights lights;
+    Player player;
+
+    Playing(const SayOptions& options, const WAVEFORMATEX& format, const HostText& text);
+};
+
+// Whether the text comes from somewhere else than standard input.
+bool standard_input_is_free(const SayOptions& options) {
+    if (options.fragments) return *options.fragments != "-";
+    return options.text || options.file.value_or("-") != "-";
+}
+
+// A volume beyond SAPI's range is heard as what it is until a key changes it.
+Playing::Playing(const SayOptions& options, const WAVEFORMATEX& format, const HostText& text)
+    : device(open_audio_device(format)),
+      keys(open_terminal_keys(standard_input_is_free(options))),
+      controls(options.rate.value_or(0), options.volume.value_or(USHORT{100})),
+      lights(is_terminal(stderr) ? stderr : nullptr, text),
+      player({device.get(), keys.get(), &controls, &stop_wanted,
+              [this](std::uint64_t offset, std::uint64_t length) { lights.light(offset, length); },
+              [] { std::this_thread::sleep_for(pause_while_playing); }}) {}
+
 // Everything that listens to one Speak.
 struct Outputs {
+    std::optional<Playing> playing;
     std::optional<WavWriter> audio;
     std::optional<EventsLog> events;
     std::optional<Progress> progress;
@@ -69,6 +106,7 @@ struct Outputs {
 
 std::vector<SiteListener*> Outputs::listeners() {
     std::vector<SiteListener*> result;
+    if (playing) result.push_back(&playing->player);
     if (audio) result.push_back(&*audio);
     if (events) result.push_back(&*events);
     if (progress) result.push_back(&*progress);
@@ -76,23 +114,33 @@ std::vector<SiteListener*> Outputs::listeners() {
 }
 
 void Outputs::finish() {
+    if (playing) {
+        playing->player.finish();
+        playing->lights.finish();
+    }
     if (progress) progress->finish();
     if (audio) audio->finish();
     if (events) events->finish();
 }
 
 void open_outputs(const SayOptions& options, const WAVEFORMATEX& format, const HostText& text, Outputs* outputs) {
+    if ((options.audio || options.plays()) && !is_usable_format(format))
+        throw HostError("there is no audio format", SPERR_UNSUPPORTED_FORMAT);
+    if (options.plays()) {
+        outputs->playing.emplace(options, format, text);
+        return;
+    }
     if (options.audio) {
-        if (!is_usable_format(format)) throw HostError("there is no audio format", SPERR_UNSUPPORTED_FORMAT);
         outputs->audio.emplace(OutputFile(*options.audio), format);
     }
     if (options.events) outputs->events.emplace(OutputFile(*options.events), text);
     if (is_terminal(stderr)) outputs->progress.emplace(stderr, text, format.nAvgBytesPerSec, steady_seconds);
 }
 
-SiteSettings site_settings(const SayOptions& options, const Outputs& outputs) {
+SiteSettings site_settings(const SayOptions& options, Outputs& outputs) {
     SiteSettings settings;
-    if (outputs.events || outputs.progress)
+    if (outputs.playing) settings.live = &outputs.playing->controls;
+    if (outputs.events || outputs.progress || outputs.playing)
         settings.interest = sapi_interest_bit(SPEI_WORD_BOUNDARY) | sapi_interest_bit(SPEI_SENTENCE_BOUNDARY);
     if (outputs.events) settings.interest |= sapi_interest_bit(SPEI_TTS_BOOKMARK) | sapi_interest_bit(SPEI_VISEME);
     settings.rate = options.rate;

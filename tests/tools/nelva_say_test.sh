@@ -119,7 +119,6 @@ size_of() { stat -c %s "$1"; }
 
 # ---- Usage ----
 
-run no_output 2 "" "nelva-say: nowhere to put the audio: give -o FILE.wav, or -o - for standard output" Hello
 run unknown_option_did_you_mean 2 "" "nelva-say: unknown option '--vioce': did you mean '--voice'?" --vioce good Hi
 run unknown_option_like_a_number 2 "" \
     "nelva-say: unknown option '-5': put '--' in front of text that begins with '-'; nelva-say --help shows all options" \
@@ -157,6 +156,24 @@ same voice_without_name_status 1 $?
 grep -q "^nelva-say: cannot set the voice 'no-name' up: 0x8004503A (SPERR_NOT_FOUND): the voice's token lacks a value" err.txt
 same voice_without_name_message 0 $?
 same failed_set_up_leaves_no_file 1 "$([ -e a.wav ]; echo $?)"
+
+# ---- Playing ----
+
+# No machine's own device sounds in a test, whether it has one or not.
+: >no-device.conf
+export ALSA_CONFIG_PATH=$scratch/no-device.conf
+say --voice good Hello >out.txt 2>err.txt
+same no_device_status 1 $?
+grep -q "^nelva-say: there is no audio device: .*: 0x8004503A (SPERR_NOT_FOUND): give -o FILE.wav to write the audio" err.txt
+same no_device_says_what_to_do 0 $?
+# ALSA's own file device, where its library is: what is played is what -o writes.
+if [ -z "$wine" ] && ldconfig -p 2>/dev/null | grep -q 'libasound\.so\.2'; then
+    printf 'pcm.!default { type file slave.pcm "null" file "%s/played.raw" format "raw" }\npcm.null { type null }\n' \
+        "$scratch" >file-device.conf
+    ALSA_CONFIG_PATH=$scratch/file-device.conf run plays_silently_about_it 0 "" "" --voice good "Hello there. Once more."
+    say --voice good -o played.wav "Hello there. Once more."
+    same played_what_was_spoken "$(tail -c +45 played.wav | cksum)" "$(cksum <played.raw)"
+fi
 
 # ---- Input ----
 

@@ -162,4 +162,41 @@ TEST(Site, goes_with_its_last_reference) {
     EXPECT_EQ(Site::live_objects(), before);
 }
 
+TEST(Site, a_persons_wishes_go_on_until_they_are_served) {
+    LiveControls live(0, 100);
+    SiteSettings settings;
+    settings.live = &live;
+    const ComPtr<Site> site = make_site(settings);
+    EXPECT_EQ(site->GetActions(), static_cast<DWORD>(SPVES_CONTINUE));
+    live.press(Key::next_sentence);
+    live.press(Key::next_sentence);
+    EXPECT_EQ(site->GetActions(), static_cast<DWORD>(SPVES_SKIP));
+    EXPECT_EQ(site->GetActions(), static_cast<DWORD>(SPVES_SKIP));
+    SPVSKIPTYPE type{};
+    LONG count = 0;
+    EXPECT_EQ(site->GetSkipInfo(&type, &count), S_OK);
+    EXPECT_EQ(type, SPVST_SENTENCE);
+    EXPECT_EQ(count, 2);
+    EXPECT_EQ(site->CompleteSkip(2), S_OK);
+    EXPECT_EQ(site->GetActions(), static_cast<DWORD>(SPVES_CONTINUE));
+}
+
+TEST(Site, rate_and_volume_are_what_a_person_wants_now) {
+    LiveControls live(2, 50);
+    SiteSettings settings;
+    settings.rate = 2;
+    settings.live = &live;
+    const ComPtr<Site> site = make_site(settings);
+    EXPECT_EQ(site->GetActions(), static_cast<DWORD>(SPVES_RATE));
+    live.press(Key::faster);
+    live.press(Key::quieter);
+    EXPECT_EQ(site->GetActions(), static_cast<DWORD>(SPVES_RATE | SPVES_VOLUME));
+    LONG rate = 0;
+    USHORT volume = 0;
+    EXPECT_EQ(site->GetRate(&rate), S_OK);
+    EXPECT_EQ(site->GetVolume(&volume), S_OK);
+    EXPECT_EQ(rate, 3);
+    EXPECT_EQ(volume, 40);
+}
+
 }  // namespace

@@ -122,8 +122,6 @@ void check_together(const SayOptions& options) {
     int on_standard_output = 0;
     for (const auto& output : {options.audio, options.events, options.ssml}) on_standard_output += output == "-";
     if (on_standard_output > 1) throw UsageError("only one of -o, --events and --ssml can be standard output");
-    if (!options.audio && !options.events && !options.ssml)
-        throw UsageError("nowhere to put the audio: give -o FILE.wav, or -o - for standard output");
 }
 
 }  // namespace
@@ -166,14 +164,15 @@ Speaks text with a SAPI voice. Without TEXT, -f and --fragments the text is read
   --fragments FILE.json  speak fragments that are given one by one
   --voice ID             which voice; without it the first one of Nelva
   --list-voices          show the voices: id, language, name
-  -o FILE.wav            where the audio goes; '-' is standard output
+  -o FILE.wav            where the audio goes instead of being played; '-' is standard output
   --events FILE          write what the voice sent, one JSON object a line
   --ssml FILE            write the document that goes to the synthesiser
   --rate N               the host's rate, SAPI's range is -10 to 10
   --volume N             the host's volume, SAPI's range is 0 to 100
   --help                 this text
 
-At least one of -o, --events and --ssml is needed. Exit status: 0 spoken, 1 failed, 2 wrong usage.
+Without -o, --events and --ssml the audio is played. Keys meanwhile: space stops, left and right skip a sentence, up and
+down change the rate, + and - the volume. Exit status: 0 spoken, 1 failed, 2 wrong usage.
 )";
 }
 

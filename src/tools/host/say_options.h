@@ -35,6 +35,9 @@ struct SayOptions {
     std::optional<std::string> audio;
     std::optional<std::string> events;
     std::optional<std::string> ssml;
+
+    // Nothing is to be written, so the audio is to be heard.
+    bool plays() const { return !audio && !events && !ssml; }
 };
 
 // `arguments` are UTF-8, without the program's name. Values stand behind their option as the next argument, or behind

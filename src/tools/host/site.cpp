@@ -48,6 +48,7 @@ DWORD STDMETHODCALLTYPE Site::GetActions() {
     if (!announced_ && settings_.rate) actions |= SPVES_RATE;
     if (!announced_ && settings_.volume) actions |= SPVES_VOLUME;
     announced_ = true;
+    if (settings_.live) actions |= settings_.live->take_actions();
     return actions;
 }
 
@@ -61,23 +62,26 @@ HRESULT STDMETHODCALLTYPE Site::Write(const void* data, ULONG size, ULONG* writt
 
 HRESULT STDMETHODCALLTYPE Site::GetRate(LONG* rate) {
     if (!rate) return E_POINTER;
-    *rate = settings_.rate.value_or(0);
+    *rate = settings_.live ? settings_.live->rate() : settings_.rate.value_or(0);
     return S_OK;
 }
 
 HRESULT STDMETHODCALLTYPE Site::GetVolume(USHORT* volume) {
     if (!volume) return E_POINTER;
-    *volume = settings_.volume.value_or(100);
+    *volume = settings_.live ? settings_.live->volume() : settings_.volume.value_or(USHORT{100});
     return S_OK;
 }
 
 HRESULT STDMETHODCALLTYPE Site::GetSkipInfo(SPVSKIPTYPE* type, LONG* count) {
     if (!type || !count) return E_POINTER;
     *type = SPVST_SENTENCE;
-    *count = 0;
+    *count = settings_.live ? settings_.live->skip() : 0;
     return S_OK;
 }
 
-HRESULT STDMETHODCALLTYPE Site::CompleteSkip(LONG) { return S_OK; }
+HRESULT STDMETHODCALLTYPE Site::CompleteSkip(LONG) {
+    if (settings_.live) settings_.live->complete_skip();
+    return S_OK;
+}
 
 }  // namespace host

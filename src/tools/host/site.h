@@ -12,6 +12,7 @@
 
 #include "platform/sapi.h"
 #include "tools/host/com_ptr.h"
+#include "tools/host/live_controls.h"
 
 namespace host {
 
@@ -29,6 +30,7 @@ struct SiteSettings {
     std::optional<LONG> rate;
     std::optional<USHORT> volume;
     const std::atomic<bool>* stop = nullptr;  // when it becomes true, the engine is told to abort
+    LiveControls* live = nullptr;             // a person's wishes; they take the place of rate and volume
 };
 
 class Site final : public Counted<ISpTTSEngineSite> {
@@ -45,14 +47,14 @@ public:
 
     HRESULT STDMETHODCALLTYPE GetEventInterest(ULONGLONG* interest) override;
 
-    // The first call announces a rate and a volume that were set, all calls the wish to stop.
+    // The first call announces a rate and a volume that were set, all calls the wish to stop and what a person wants.
     DWORD STDMETHODCALLTYPE GetActions() override;
 
-    // What was set, else SAPI's neutral values 0 and 100.
+    // What a person wants, or what was set, else SAPI's neutral values 0 and 100.
     HRESULT STDMETHODCALLTYPE GetRate(LONG* rate) override;
     HRESULT STDMETHODCALLTYPE GetVolume(USHORT* volume) override;
 
-    // This host never skips, so there is nothing to skip.
+    // Sentences that a person wants to skip; without one there is nothing to skip.
     HRESULT STDMETHODCALLTYPE GetSkipInfo(SPVSKIPTYPE* type, LONG* count) override;
     HRESULT STDMETHODCALLTYPE CompleteSkip(LONG skipped) override;
 
