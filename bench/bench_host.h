@@ -123,10 +123,13 @@ public:
 // An object with its voice loaded, for as long as the program runs.
 class BenchEngine {
 public:
-    explicit BenchEngine(BenchToken* token) {
+    using GetClassObject = HRESULT(STDMETHODCALLTYPE*)(REFCLSID, REFIID, void**);
+
+    // From the server that is linked in, unless another one's function is given.
+    explicit BenchEngine(BenchToken* token, GetClassObject get_class_object = DllGetClassObject) {
         IClassFactory* factory = nullptr;
         const CLSID clsid = {0xA174EDD5, 0x7D96, 0x4DE4, {0xBA, 0xCE, 0xEF, 0x26, 0x76, 0x27, 0xD8, 0x34}};
-        DllGetClassObject(clsid, IID_IClassFactory, reinterpret_cast<void**>(&factory));
+        get_class_object(clsid, IID_IClassFactory, reinterpret_cast<void**>(&factory));
         factory->CreateInstance(nullptr, IID_ISpTTSEngine, reinterpret_cast<void**>(&engine_));
         ISpObjectWithToken* with_token = nullptr;
         engine_->QueryInterface(IID_ISpObjectWithToken, reinterpret_cast<void**>(&with_token));

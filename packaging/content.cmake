@@ -1,7 +1,7 @@
 # Writes what the installer's script needs to know of the content: cmake -DSTAGE=... -DTOKENS=... -DOUT=... -P content.cmake
 #
 #   STAGE   the folder whose files are installed, as they lie there
-#   TOKENS  the folder with the voice tokens
+#   TOKENS  the folder with the tokens of the voices that are shipped: their names and voice files
 #   OUT     the NSIS file to write
 #
 # Every list is sorted, so that the same content gives the same file. English speaks for words of other languages too, so
@@ -65,10 +65,6 @@ endfunction()
 
 set(dictionaries "")
 set(sections "")
-set(editor "")
-if("bin/nelva-dictionary-editor.exe" IN_LIST files)
-  set(editor "$INSTDIR\\bin\\nelva-dictionary-editor.exe")
-endif()
 foreach(token IN LISTS tokens)
   get_filename_component(id ${token} NAME_WE)
   file(READ ${token} json)
@@ -81,6 +77,8 @@ foreach(token IN LISTS tokens)
   endif()
   file(STRINGS ${STAGE}/${vox_file} language REGEX "^language *=")
   string(REGEX REPLACE "^language *= *([^ ]*) *$" "\\1" language "${language}")
+  file(STRINGS ${STAGE}/${vox_file} variant REGEX "^variant *=")
+  string(REGEX REPLACE "^variant *= *([^ ]*) *$" "\\1" variant "${variant}")
   string(REGEX REPLACE "-.*" "" base "${language}")
   set(dictionary share/espeak-ng-data/${base}_dict)
   set(own ${vox_file})
@@ -101,25 +99,13 @@ foreach(token IN LISTS tokens)
   string(REGEX REPLACE "^Nelva " "" shown "${display}")
   say("Section \"${shown}\" ${section}")
   say_files(${own})
-  say("  StrCpy $1 \"${id}\"")
-  say("  WriteRegStr HKLM \"\${TOKENS}\\$1\" \"\" \"${display}\"")
-  string(JSON class GET "${json}" CLSID)
-  say("  WriteRegStr HKLM \"\${TOKENS}\\$1\" \"CLSID\" \"${class}\"")
-  say("  WriteRegStr HKLM \"\${TOKENS}\\$1\" \"libPath\" \"$INSTDIR\\share\\espeak-ng-data\"")
-  windows_path(vox_path "${vox_file}")
-  say("  WriteRegStr HKLM \"\${TOKENS}\\$1\" \"voxPath\" \"$INSTDIR\\${vox_path}\"")
-  if(editor)
-    # A lexicon that somebody else chose for this voice stays.
-    say("  ReadRegStr $2 HKLM \"\${TOKENS}\\$1\" \"lexPath\"")
-    say("  StrCmp $2 \"\" 0 +2")
-    say("  WriteRegStr HKLM \"\${TOKENS}\\$1\" \"lexPath\" \"$LexiconFolder\\${language}.pls\"")
-    say("  WriteRegStr HKLM \"\${TOKENS}\\$1\" \"dictEditorPath\" \"${editor}\"")
+  set(add ${language})
+  if(variant)
+    string(APPEND add " --variant ${variant}")
   endif()
-  foreach(name Name Language Vendor Gender Age)
-    string(JSON value GET "${json}" Attributes ${name})
-    say("  WriteRegStr HKLM \"\${TOKENS}\\$1\\Attributes\" \"${name}\" \"${value}\"")
-  endforeach()
+  say("  !insertmacro AddVoice \"${add}\"")
   say("SectionEnd")
+  windows_path(vox_path "${vox_file}")
   string(APPEND take_away_${section} "  DeleteRegKey HKLM \"\${TOKENS}\\${id}\"\n"
                                      "  Delete \"$INSTDIR\\${vox_path}\"\n")
   if(NOT base STREQUAL "en")

@@ -95,6 +95,17 @@ FunctionEnd
   File "${STAGE}/bin/${NAME}"
 !macroend
 
+; A voice's token, from what nelva-voices finds in the voice file and asks Windows. A lexicon that the token names stays.
+!macro AddVoice ARGUMENTS
+  nsExec::Exec '"$INSTDIR\bin\nelva-voices.exe" add --quiet ${ARGUMENTS}'
+  Pop $0
+  ${If} $0 != 0
+    SetErrorLevel 4
+    MessageBox MB_OK|MB_ICONSTOP "The voice ${ARGUMENTS} cannot be added (nelva-voices says $0)." /SD IDOK
+    Abort
+  ${EndIf}
+!macroend
+
 !macro RemoveProgram NAME
   StrCpy $R0 "$INSTDIR\bin\${NAME}"
   Call un.MakeWay
