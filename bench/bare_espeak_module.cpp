@@ -14,10 +14,13 @@ int take_audio(short* samples, int count, espeak_EVENT*) {
 
 }  // namespace
 
-extern "C" __attribute__((visibility("default"))) bool bare_first_audio(const char* data, const char* text) {
+extern "C" __attribute__((visibility("default"))) bool bare_load(const char* data) {
     if (espeak_Initialize(AUDIO_OUTPUT_SYNCHRONOUS, 0, data, 0) != 22050) return false;
-    if (espeak_SetVoiceByName("en-us") != EE_OK) return false;
     espeak_SetSynthCallback(take_audio);
+    return espeak_SetVoiceByName("en-us") == EE_OK;
+}
+
+extern "C" __attribute__((visibility("default"))) bool bare_first_audio(const char* text) {
     espeak_Synth(text, std::strlen(text) + 1, 0, POS_CHARACTER, 0, espeakCHARS_UTF8 | espeakENDPAUSE, nullptr, nullptr);
     return heard;
 }

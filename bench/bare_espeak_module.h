@@ -2,8 +2,12 @@
 #ifndef NELVA_BENCH_BARE_ESPEAK_MODULE_H
 #define NELVA_BENCH_BARE_ESPEAK_MODULE_H
 
-// Starts espeak-ng with its data, takes the voice en-us and speaks until the first audio; false if there is none.
-using BareFirstAudio = bool (*)(const char* data, const char* text);
+// Starts espeak-ng with its data and takes the voice en-us; false if it cannot.
+using BareLoad = bool (*)(const char* data);
+inline constexpr char bare_load_name[] = "bare_load";
+
+// Speaks until the first audio; false if there is none.
+using BareFirstAudio = bool (*)(const char* text);
 inline constexpr char bare_first_audio_name[] = "bare_first_audio";
 
 #endif
