@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <numeric>
 
 #include "speech.h"
@@ -79,6 +80,15 @@ std::string document_in(const std::string& language) {
     return "<speak version=\"1.0\" xml:lang=\"" + language + "\"><mark name=\"P0\"/>" + text_of(language) + "</speak>";
 }
 
+// Spoken once for all tests.
+const Speech& speech_in(const std::string& language) {
+    static std::map<std::string, Speech> known;
+    const auto found = known.find(language);
+    if (found != known.end()) return found->second;
+    static const TestVoice voice;
+    return known[language] = speak(voice, document_in(language));
+}
+
 // FNV-1a.
 std::uint64_t digest(std::uint64_t before, const std::string& text) {
     for (const char c : text) before = (before ^ static_cast<unsigned char>(c)) * 0x100000001B3u;
@@ -117,18 +127,16 @@ std::string version_of_sources() {
 TEST(Languages, are_at_least_thirty) { EXPECT_GE(languages().size(), 30u); }
 
 TEST(Languages, each_word_has_its_event_in_order) {
-    const TestVoice voice;
     for (const std::string& language : languages()) {
         if (std::count(std::begin(unspaced), std::end(unspaced), language) > 0) continue;
         const Texts expected = words_between_blanks(text_of(language));
-        EXPECT_EQ(speak(voice, document_in(language)).words(), expected) << language;
+        EXPECT_EQ(speech_in(language).words(), expected) << language;
     }
 }
 
 TEST(Languages, without_blanks_are_covered_and_no_character_is_cut) {
-    const TestVoice voice;
     for (const std::string& language : unspaced) {
-        const Texts words = speak(voice, document_in(language)).words();
+        const Texts words = speech_in(language).words();
         EXPECT_GT(words.size(), 100u);
         std::string all;
         for (const std::string& word : words) {
@@ -140,9 +148,8 @@ TEST(Languages, without_blanks_are_covered_and_no_character_is_cut) {
 }
 
 TEST(Languages, visemes_begin_and_end_with_silence) {
-    const TestVoice voice;
     for (const std::string& language : languages()) {
-        const Texts visemes = speak(voice, document_in(language)).visemes();
+        const Texts visemes = speech_in(language).visemes();
         ASSERT_GT(visemes.size(), 30u) << language;
         EXPECT_EQ(visemes.front(), "sil") << language;
         EXPECT_EQ(visemes.back(), "sil") << language;
@@ -158,9 +165,8 @@ TEST(Languages, sound_the_same_on_every_system) {
     const char* const own = "native";
     const char* const other = "windows";
 #endif
-    const TestVoice voice;
     std::string heard;
-    for (const std::string& language : languages()) heard += digest_line(language, speak(voice, document_in(language)));
+    for (const std::string& language : languages()) heard += digest_line(language, speech_in(language));
     const fs::path folder(TTS_TEST_DIGESTS);
     const std::string version = version_of_sources();
     std::error_code ignored;
