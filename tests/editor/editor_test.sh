@@ -1,0 +1,352 @@
+#!/usr/bin/env bash
+# Drives the dictionary editor as a person does, on a display of its own: types, tabs, saves, and looks at the file.
+#
+#     editor_test.sh BUILD_FOLDER [CASE...]
+#
+# Pictures of each case land in BUILD_FOLDER/editor-pictures.
+set -uo pipefail
+here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
+build=$1
+shift
+# shellcheck source=tests/editor/desktop.sh
+source "$here/desktop.sh"
+
+editor=$build/bin/nelva-dictionary-editor.exe
+pictures=$build/editor-pictures
+work=$build/editor-test
+lexicon=$work/words.pls
+title='\*?words.pls - NELVA dictionary editor'
+settings=(--nolistenbutton --nodictionaryvoicedropdown)
+running='' failures=0 case_name=''
+
+fail() {
+    echo "FAILED $case_name: $*" >&2
+    import -window root "$pictures/$case_name-failed.png" 2>/dev/null
+    failed=1
+}
+
+head_of_file='<?xml version="1.0" encoding="UTF-8"?>
+<!-- kept by hand -->
+<lexicon version="1.0" xmlns="http://www.w3.org/2005/01/pronunciation-lexicon"
+    xmlns:x="urn:x" alphabet="ipa" xml:lang="en-GB">
+  <meta name="author" content="me"/>'
+leicester='  <lexeme x:id="a"><!-- city -->
+    <grapheme>Leicester</grapheme>
+    <phoneme>ˈlɛstə</phoneme>
+  </lexeme>'
+w3c='  <lexeme>
+    <grapheme>W3C</grapheme>
+    <alias x:by="me" >World Wide Web Consortium</alias>
+  </lexeme>'
+tail_of_file='  <x:other>unknown</x:other>
+</lexicon>'
+
+# lexeme WORD ELEMENT TEXT: as the editor lays it out.
+lexeme() { printf '  <lexeme>\n    <grapheme>%s</grapheme>\n    <%s>%s</%s>\n  </lexeme>' "$1" "$2" "$3" "$2"; }
+
+# lexicon_with LEXEME...
+lexicon_with() { printf '%s\n' "$head_of_file" "$@" "$tail_of_file"; }
+
+# start_editor ARGUMENT...: its exit status lands in $work/status.
+start_editor() {
+    rm -f "$work/status"
+    { wine64 "$editor" "$@" </dev/null >"$work/output" 2>&1; echo "$?" >"$work/status.new"; mv "$work/status.new" "$work/status"; } &
+    running=$!
+}
+
+open_lexicon() {
+    start_editor "${settings[@]}" --lex "$(windows_path "$lexicon")" --vendor NELVA
+    use_window "$title"
+}
+
+# ended STATUS: the editor ends by itself, with this status.
+ended() {
+    wait_until 'the editor ends' test -e "$work/status" || { fail 'the editor does not end'; return 1; }
+    wait "$running" 2>/dev/null
+    running=''
+    [[ $(<"$work/status") == "$1" ]] || fail "the exit status is $(<"$work/status"), not $1"
+}
+
+is_unsaved() { find_window '\*words.pls - NELVA dictionary editor'; }
+is_saved() { find_window 'words.pls - NELVA dictionary editor'; }
+
+file_is() { [[ $(<"$lexicon") == "$1" ]]; }
+expect_file() {
+    wait_until 'the file has what was typed' file_is "$1" && return 0
+    fail 'the file is not as expected:'
+    diff <(printf '%s\n' "$1") "$lexicon" >&2
+}
+saves() {
+    keys ctrl+s
+    wait_until 'it is saved' is_saved || fail 'it is not saved'
+}
+nothing_left() {
+    local left
+    left=$(find "$work" -name '*.new[0-9]*')
+    [[ ! $left ]] || fail "left behind: $left"
+}
+
+# ---- Cases. Each begins with a lexicon of two words.
+
+case_add_and_save() {
+    open_lexicon || return 1
+    keys alt+o
+    write Nguyen
+    keys Tab Tab
+    write wɪn
+    wait_until 'it shows as unsaved' is_unsaved || fail 'the title has no star'
+    keys Return
+    keys alt+o ctrl+a
+    write DIY
+    keys alt+t Down alt+p ctrl+a
+    write 'do it <yourself>'
+    keys alt+a
+    saves
+    picture "$pictures/add.png"
+    expect_file "$(lexicon_with "$leicester" "$w3c" "$(lexeme Nguyen phoneme wɪn)" \
+        "$(lexeme DIY alias 'do it &lt;yourself&gt;')")"
+    keys Escape
+    ended 0
+}
+
+case_search_change_and_remove() {
+    open_lexicon || return 1
+    write CONSORT
+    keys Return Down alt+p ctrl+a
+    write 'the web people'
+    keys alt+h
+    keys alt+f ctrl+a BackSpace
+    keys alt+w
+    write l
+    keys Delete
+    saves
+    expect_file "$(lexicon_with "${w3c/World Wide Web Consortium/the web people}")"
+    keys alt+c
+    ended 0
+}
+
+case_undo_and_redo() {
+    open_lexicon || return 1
+    keys alt+w Home Delete
+    keys Delete
+    wait_until 'it shows as unsaved' is_unsaved || fail 'the title has no star'
+    keys alt+u alt+u
+    wait_until 'all is undone' is_saved || fail 'undo does not lead back'
+    keys alt+e
+    wait_until 'it shows as unsaved' is_unsaved || fail 'redo does nothing'
+    saves
+    expect_file "$(lexicon_with "$w3c")"
+    keys Escape
+    ended 0
+}
+
+case_unchanged_is_not_written() {
+    touch -d '2001-01-01' "$lexicon"
+    open_lexicon || return 1
+    keys ctrl+s Escape
+    ended 0
+    [[ $(stat -c %Y "$lexicon") == $(date -d '2001-01-01' +%s) ]] || fail 'the file was written'
+}
+
+case_wrong_sounds_are_asked_about() {
+    open_lexicon || return 1
+    keys alt+o
+    write Hm
+    keys alt+p
+    write 'h&'
+    keys alt+a
+    use_window 'Dictionary editor' || return 1
+    picture "$pictures/wrong-sounds.png"
+    keys Return # No is the default
+    use_window "$title" || return 1
+    keys BackSpace
+    write ə
+    keys Return
+    saves
+    expect_file "$(lexicon_with "$leicester" "$w3c" "$(lexeme Hm phoneme hə)")"
+    keys Escape
+    ended 0
+}
+
+case_typed_but_not_added_is_saved() {
+    open_lexicon || return 1
+    keys alt+o
+    write half
+    keys alt+p
+    write ha
+    wait_until 'it shows as unsaved' is_unsaved || fail 'the title has no star'
+    keys Escape
+    use_window 'Dictionary editor' || return 1
+    keys alt+y
+    ended 0
+    expect_file "$(lexicon_with "$leicester" "$w3c" "$(lexeme half phoneme ha)")"
+}
+
+case_given_up_leaves_the_file() {
+    open_lexicon || return 1
+    keys alt+w Home Delete
+    wait_until 'it shows as unsaved' is_unsaved || fail 'the title has no star'
+    keys Escape
+    use_window 'Dictionary editor' || return 1
+    keys alt+n
+    ended 0
+    expect_file "$(lexicon_with "$leicester" "$w3c")"
+}
+
+case_changed_under_it_is_merged() {
+    open_lexicon || return 1
+    keys alt+o
+    write mine
+    keys alt+p
+    write ma
+    keys Return
+    wait_until 'it shows as unsaved' is_unsaved || fail 'the title has no star'
+    lexicon_with "${leicester/Leicester/Theirs}" "$w3c" >"$lexicon"
+    keys ctrl+s
+    use_window 'Dictionary editor' || return 1
+    picture "$pictures/changed-under-it.png"
+    keys alt+r
+    expect_file "$(lexicon_with "${leicester/Leicester/Theirs}" "$w3c" "$(lexeme mine phoneme ma)")"
+    use_window "$title" || return 1
+    keys Escape
+    ended 0
+}
+
+case_changed_under_it_is_overwritten_or_left() {
+    open_lexicon || return 1
+    keys alt+w Home Delete
+    wait_until 'it shows as unsaved' is_unsaved || fail 'the title has no star'
+    lexicon_with "${leicester/Leicester/Theirs}" "$w3c" >"$lexicon"
+    keys ctrl+s
+    use_window 'Dictionary editor' || return 1
+    keys Escape
+    use_window "$title" || return 1
+    expect_file "$(lexicon_with "${leicester/Leicester/Theirs}" "$w3c")"
+    keys ctrl+s
+    use_window 'Dictionary editor' || return 1
+    keys alt+o
+    expect_file "$(lexicon_with "$w3c")"
+    use_window "$title" || return 1
+    keys Escape
+    ended 0
+}
+
+case_read_only_is_told_and_tried_again() {
+    chmod a-w "$lexicon"
+    open_lexicon || return 1
+    keys alt+w Home Delete
+    keys ctrl+s
+    use_window 'Dictionary editor' || return 1
+    picture "$pictures/read-only.png"
+    expect_file "$(lexicon_with "$leicester" "$w3c")"
+    chmod u+w "$lexicon"
+    keys alt+t
+    expect_file "$(lexicon_with "$w3c")"
+    use_window "$title" || return 1
+    keys Escape
+    ended 0
+}
+
+case_not_saved_is_a_failure() {
+    chmod a-w "$lexicon"
+    open_lexicon || return 1
+    keys alt+w Home Delete
+    keys ctrl+s
+    use_window 'Dictionary editor' || return 1
+    keys Escape
+    use_window "$title" || return 1
+    keys Escape
+    use_window 'Dictionary editor' || return 1
+    keys alt+n
+    ended 1
+    expect_file "$(lexicon_with "$leicester" "$w3c")"
+}
+
+case_new_lexicon() {
+    rm "$lexicon"
+    open_lexicon || return 1
+    write Nguyen # the focus is there, since there is nothing to search
+    keys alt+p
+    write wɪn
+    keys Return
+    saves
+    [[ $(<"$lexicon") == *'<grapheme>Nguyen</grapheme>'*'<phoneme>wɪn</phoneme>'*'</lexicon>' ]] || fail 'no such file'
+    keys Escape
+    ended 0
+}
+
+case_not_a_lexicon_is_told_and_kept() {
+    printf 'Dear diary' >"$lexicon"
+    start_editor "${settings[@]}" --lex "$(windows_path "$lexicon")" --vendor NELVA
+    use_window 'Dictionary editor' || return 1
+    picture "$pictures/not-a-lexicon.png"
+    keys Return
+    ended 3
+    expect_file 'Dear diary'
+}
+
+case_wrong_options_are_told() {
+    start_editor --lx x
+    use_window 'Dictionary editor' || return 1
+    keys Return
+    ended 2
+}
+
+case_every_control_has_a_label_and_is_reached() {
+    settings=()
+    open_lexicon || return 1
+    picture "$pictures/all-controls.png"
+    wine64 "$build/tests/editor/window_probe.exe" 'words.pls - NELVA dictionary editor' </dev/null \
+        >"$work/controls" 2>"$work/complaints" || fail "$(<"$work/complaints")"
+    settings=(--nolistenbutton --nodictionaryvoicedropdown)
+    local name
+    for name in '&Find:' '&Words:' 'W&ord:' '&Type:' '&Pronunciation:' 'Chec&k:' '&New word' '&Save' '&Close'; do
+        cut -f 2 "$work/controls" | tr -d '\r' | grep -qxF "$name" || fail "Tab does not reach '$name'"
+    done
+    keys Escape
+    ended 0
+}
+
+case_from_the_voices_settings_page() {
+    {
+        wine64 "$build/tests/editor/settings_host.exe" "$(windows_path "$build/bin/nelva_sapi.dll")" \
+            "$(windows_path "$editor")" "$(windows_path "$lexicon")" </dev/null >"$work/output" 2>&1
+        echo "$?" >"$work/status.new"
+        mv "$work/status.new" "$work/status"
+    } &
+    running=$!
+    use_window "$title" || return 1
+    keys alt+o
+    write Nguyen
+    keys alt+p
+    write wɪn
+    keys Return
+    saves
+    keys Escape
+    ended 0
+    expect_file "$(lexicon_with "$leicester" "$w3c" "$(lexeme Nguyen phoneme wɪn)")"
+    grep -q 'shown 0' "$work/output" || fail "the page answered: $(<"$work/output")"
+}
+
+# ---- The run
+
+run_case() {
+    case_name=$1 failed=0
+    rm -rf "$work"
+    mkdir -p "$work"
+    lexicon_with "$leicester" "$w3c" >"$lexicon"
+    "case_$case_name" || fail 'a step did not come about'
+    nothing_left
+    if [[ $running && ! -e $work/status ]]; then wineserver64 -k; fi
+    running=''
+    ((failed)) && failures=$((failures + 1))
+    echo "$((failed)) $case_name"
+}
+
+trap stop_desktop EXIT
+mkdir -p "$pictures"
+start_desktop "$build/editor-desktop" || { echo 'there is no display' >&2; exit 1; }
+if (($#)); then cases=("$@"); else mapfile -t cases < <(declare -F | sed -n 's/^declare -f case_//p'); fi
+for name in "${cases[@]}"; do run_case "$name"; done
+echo "${#cases[@]} cases, $failures failed"
+((failures == 0 && ${#cases[@]} > 0))
