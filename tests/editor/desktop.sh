@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# A display of one's own with Wine on it, and hands and eyes for a script: sourced by editor_test.sh and docs/screenshots/take.
+# A display of one's own with Wine on it, and hands and eyes for a script: sourced by editor_test.sh and docs/screenshots/take-editor.
 #
 # Nothing here sleeps for a guessed time: each step waits until it can see that the step before has happened.
 
@@ -43,7 +43,8 @@ start_desktop() {
     export DISPLAY WINEPREFIX=$desktop/prefix WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml=' \
         LC_ALL=C.UTF-8 PATH=$PATH:/usr/lib/wine
     wait_until 'the display takes keys' map_spare_keys || return 1
-    wine64 cmd /c exit </dev/null >/dev/null 2>&1 || true # fills the prefix
+    # The first program fills the prefix. The font is one whose IPA Wine can show: Wine 8 crashes in the tables of some.
+    wine64 reg add 'HKCU\Software\Wine\Fonts\Replacements' /v 'Segoe UI' /d FreeSans /f </dev/null >/dev/null 2>&1
 }
 
 # Ends what start_desktop started, and nothing else.
@@ -79,7 +80,7 @@ keys() { xdotool key --clearmodifiers --delay 40 "$@"; }
 write() { xdotool type --clearmodifiers --delay 40 "$1"; }
 
 # picture FILE: of what the current window shows.
-picture() { import -window "$window" -strip -depth 8 -colors 64 "$1"; }
+picture() { import -window "$window" -strip +dither -colors 64 "$1"; }
 
 # windows_path FILE: as Wine's drive Z: has it.
 windows_path() { printf 'Z:%s' "${1//\//\\}"; }

@@ -304,16 +304,40 @@ TEST(Document, only_the_lexicons_own_elements_are_words) {
     EXPECT_EQ(listed(d), "yes sir=[]");
 }
 
-TEST(Document, phonemes_of_another_alphabet_keep_it) {
+TEST(Document, phonemes_of_another_alphabet_stay_until_they_are_changed_into_ipa) {
     Document d = Document::parse(
         "<lexicon alphabet='x-sampa'><lexeme><grapheme>a</grapheme><phoneme>\"a</phoneme></lexeme>"
         "<lexeme><grapheme>b</grapheme><phoneme alphabet='ipa'>b</phoneme></lexeme></lexicon>");
     EXPECT_EQ(d.words()[0].alphabet, "x-sampa");
     EXPECT_EQ(d.words()[1].alphabet, "ipa");
-    d.change(*d.find("a"), sounds("a", "@"));
+    d.change(*d.find("a"), sounds("A", "\"a"));
+    EXPECT_NE(d.bytes().find("<phoneme>\"a</phoneme>"), std::string::npos);
+    d.change(*d.find("A"), sounds("A", "ə"));
     d.add(sounds("c", "k"));
-    EXPECT_NE(d.bytes().find("<phoneme>@</phoneme>"), std::string::npos);
+    EXPECT_NE(d.bytes().find("<phoneme alphabet=\"ipa\">ə</phoneme>"), std::string::npos);
     EXPECT_NE(d.bytes().find("<phoneme alphabet=\"ipa\">k</phoneme>"), std::string::npos);
+}
+
+TEST(Document, find_ignores_case_unless_the_file_says_that_it_counts) {
+    const std::string text = lexicon_of(
+        "<lexeme><grapheme>Äpfel</grapheme></lexeme><lexeme n:case='exact' xmlns:n="
+        "'urn:nelva:lexicon'><grapheme>US</grapheme></lexeme>");
+    const Document d = Document::parse(text);
+    EXPECT_TRUE(d.find("äPFEL"));
+    EXPECT_TRUE(d.find("US"));
+    EXPECT_FALSE(d.find("us"));
+    const Document exact =
+        Document::parse(replaced(replaced(text, "<lexicon ", "<lexicon xmlns:m='urn:nelva:lexicon' m:case='exact' "),
+                                 "n:case='exact'", "n:case='any'"));
+    EXPECT_FALSE(exact.find("äPFEL"));
+    EXPECT_TRUE(exact.find("us"));
+}
+
+TEST(Document, find_takes_the_same_spelling_before_another_case) {
+    const Document d = Document::parse(
+        lexicon_of("<lexeme><grapheme>polish</grapheme></lexeme><lexeme><grapheme>Polish</grapheme></lexeme>"));
+    EXPECT_EQ(*d.find("Polish"), (WordId{1, 0}));
+    EXPECT_EQ(*d.find("POLISH"), (WordId{0, 0}));
 }
 
 TEST(Document, utf16_is_edited_as_utf16) {

@@ -111,6 +111,14 @@ TEST(Editor, change_of_the_selected_word) {
     EXPECT_THROW(f->change(), BadWord);
 }
 
+TEST(Editor, change_of_case_alone_is_no_second_word) {
+    Fixture f(three);
+    f->type(words("B", "bee"));
+    EXPECT_THROW(f->add(), BadWord);
+    EXPECT_EQ(f->apply(), "Changed \"B\".");
+    EXPECT_EQ(f.rows(), "a [B] C");
+}
+
 TEST(Editor, change_tells_of_other_spellings) {
     Fixture f(lexicon_of("<lexeme><grapheme>grey</grapheme><grapheme>gray</grapheme><alias>a</alias></lexeme>"));
     f->select(0);
@@ -179,14 +187,16 @@ TEST(Editor, check_is_of_the_fields) {
     EXPECT_FALSE(f->check().usable);
 }
 
-TEST(Editor, check_leaves_other_alphabets_alone) {
+TEST(Editor, check_tells_of_other_alphabets_until_something_is_typed) {
     Fixture f("<lexicon alphabet='x-sampa'><lexeme><grapheme>a</grapheme><phoneme>{</phoneme></lexeme></lexicon>");
     f->select(0);
     EXPECT_TRUE(f->check().usable);
-    EXPECT_EQ(f->check().message, "Written in the alphabet \"x-sampa\", which is not checked here.");
-    f->clear_fields();
-    f->type(sounds("b", "{"));
-    EXPECT_FALSE(f->check().usable);  // a new word is written in IPA
+    EXPECT_EQ(f->check().message,
+              "It is written in the alphabet \"x-sampa\", which the voice does not read. Type it in IPA.");
+    f->type(sounds("a", "{b"));
+    EXPECT_FALSE(f->check().usable);
+    f->type(sounds("a", "æ"));
+    EXPECT_TRUE(f->check().usable);
 }
 
 TEST(Editor, refresh_after_a_reload_keeps_what_is_typed) {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "tools/lexicon/parser.h"
+#include "tools/lexicon/search.h"
 
 namespace lexicon {
 namespace {
@@ -146,10 +147,16 @@ std::vector<Word> Document::words() const {
 }
 
 std::optional<WordId> Document::find(std::string_view word) const {
-    for (std::size_t i = 0; i < lexemes_.size(); ++i)
-        for (std::size_t g = 0; lexemes_[i].present && g < lexemes_[i].graphemes.size(); ++g)
-            if (lexemes_[i].graphemes[g].text == word) return WordId{i, g};
-    return std::nullopt;
+    const std::string folded = fold_case(word);
+    std::optional<WordId> result;
+    for (std::size_t i = 0; i < lexemes_.size(); ++i) {
+        const Lexeme& lexeme = lexemes_[i];
+        for (std::size_t g = 0; lexeme.present && g < lexeme.graphemes.size(); ++g) {
+            if (lexeme.graphemes[g].text == word) return WordId{i, g};
+            if (!result && !lexeme.exact && fold_case(lexeme.graphemes[g].text) == folded) result = WordId{i, g};
+        }
+    }
+    return result;
 }
 
 const Document::Lexeme& Document::editable(WordId id) const {
@@ -244,7 +251,9 @@ void Document::replace_said(Lexeme* lexeme, const WordText& to) const {
     const Said* chosen = said_of(*lexeme);
     if (!chosen) return insert_said(lexeme, to);
     Said& said = lexeme->said[static_cast<std::size_t>(chosen - lexeme->said.data())];
-    if (said.way == to.way) return replace_text(lexeme, &said, to.said);
+    // What is typed is IPA: phonemes of another alphabet get another element.
+    const bool other_alphabet = said.way == Way::sounds && !said.alphabet.empty() && said.alphabet != "ipa";
+    if (said.way == to.way && !other_alphabet) return replace_text(lexeme, &said, to.said);
     const std::size_t begin = said.element.begin;
     std::string bytes;
     Said written = append_said(&bytes, to, said.preferred, begin);
@@ -296,6 +305,7 @@ Document::Said Document::append_said(std::string* out, const WordText& word, boo
 Document::Lexeme Document::new_lexeme(const WordText& word) const {
     const std::string inner = newline_.empty() ? "" : newline_ + indent_ + (indent_[0] == '\t' ? "\t" : "  ");
     Lexeme lexeme;
+    lexeme.exact = exact_;
     lexeme.graphemes.emplace_back();
     std::string bytes = encoding_.encode("<" + tag("lexeme") + ">" + inner);
     append_element(&bytes, &lexeme.graphemes.back(), "grapheme", "", word.word, 0);

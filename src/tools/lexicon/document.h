@@ -32,6 +32,8 @@
 namespace lexicon {
 
 inline constexpr std::string_view pls_namespace = "http://www.w3.org/2005/01/pronunciation-lexicon";
+// Of the attribute case="exact", which the synthesiser reads.
+inline constexpr std::string_view nelva_namespace = "urn:nelva:lexicon";
 inline constexpr std::size_t largest_lexicon = std::size_t{256} << 20;
 
 // Why a file cannot be edited here. what() is a sentence for its owner, without the file's name.
@@ -93,7 +95,8 @@ public:
     // xml:lang of the file, empty without one.
     const std::string& language() const { return language_; }
 
-    // The word with exactly this spelling; the first of several.
+    // The word that the voice takes for this one: with exactly this spelling, else one that differs in case alone; the
+    // first of several. Where the file says case="exact" in the namespace urn:nelva:lexicon, case counts.
     std::optional<WordId> find(std::string_view word) const;
 
     // Edits. Each is one step for undo; one that changes nothing is none. They throw BadWord when a text is empty or
@@ -137,6 +140,7 @@ private:
         Span source;  // of one that was parsed
         bool present = true;
         bool fixed = false;              // out of an entity
+        bool exact = false;              // case counts
         std::optional<std::string> own;  // its bytes where they are not those of the source
         std::vector<Piece> graphemes;
         std::vector<Said> said;
@@ -175,6 +179,7 @@ private:
     std::string prefix_;  // "p:" where the file's elements are <p:lexeme>
     std::string language_;
     std::string alphabet_;  // of the root element
+    bool exact_ = false;    // its case="exact"
     Span root_end_;         // the end tag, or "/>" of an empty root element
     bool root_empty_ = false;
 

@@ -73,9 +73,9 @@ Editor::Verdict Editor::check() const {
     const WordText typed = tidy(fields_);
     if (typed.way == Way::words)
         return {!typed.said.empty(), typed.said.empty() ? "Type the words that are to be read instead." : "OK."};
-    if (selected_ && rows_[*selected_].text.way == Way::sounds && !is_ipa(rows_[*selected_].alphabet))
-        return {!typed.said.empty(),
-                "Written in the alphabet " + quoted(rows_[*selected_].alphabet) + ", which is not checked here."};
+    if (selected_ && typed.said == rows_[*selected_].text.said && !is_ipa(rows_[*selected_].alphabet))
+        return {true, "It is written in the alphabet " + quoted(rows_[*selected_].alphabet) +
+                          ", which the voice does not read. Type it in IPA."};
     const PhonemeCheck check = check_phonemes(typed.said);
     return {check.is_usable(), check.message};
 }
@@ -106,8 +106,7 @@ std::string Editor::change() {
 
 std::string Editor::change_word(const Word& word) {
     const std::optional<Word> there = existing();
-    if (there && there->text.word != word.text.word)
-        throw BadWord(quoted(there->text.word) + " is in the list already.");
+    if (there && there->id != word.id) throw BadWord(quoted(there->text.word) + " is in the list already.");
     const WordId id = word.id;
     const bool shared = word.shared && tidy(fields_).said != word.text.said;
     session_.document().change(id, fields_);

@@ -17,6 +17,15 @@ const char* attribute(const char** attributes, const char* name) {
     return nullptr;
 }
 
+// Whether case="exact" is said in our own namespace, by whatever prefix; `otherwise` where nothing is said.
+bool case_counts(const char** attributes, bool otherwise) {
+    const std::string name = std::string(nelva_namespace) + name_separator + "case" + name_separator;
+    for (; *attributes; attributes += 2)
+        if (std::strncmp(attributes[0], name.c_str(), name.size()) == 0)
+            return std::strcmp(attributes[1], "exact") == 0;
+    return otherwise;
+}
+
 std::string value_or_empty(const char* value) { return value ? value : ""; }
 
 }  // namespace
@@ -124,7 +133,7 @@ void Parser::start(const Name& name, const char** attributes) {
     if (depth_ == 1) {
         start_root(name, attributes);
     } else if (name.uri == uri_ && depth_ == 2 && name.local == "lexeme") {
-        start_lexeme();
+        start_lexeme(attributes);
     } else if (name.uri == uri_ && depth_ == 3 && in_lexeme_) {
         start_piece(name, attributes);
     }
@@ -147,6 +156,7 @@ void Parser::start_root(const Name& name, const char** attributes) {
     uri_ = name.uri;
     if (!name.prefix.empty()) d.prefix_ = std::string(name.prefix) + ":";
     d.language_ = value_or_empty(attribute(attributes, xml_lang));
+    d.exact_ = case_counts(attributes, false);
     d.alphabet_ = value_or_empty(attribute(attributes, "alphabet"));
 }
 
@@ -158,10 +168,11 @@ void Parser::end_root() {
     if (d.root_empty_) d.root_end_.begin -= 2 * d.encoding_.unit();
 }
 
-void Parser::start_lexeme() {
+void Parser::start_lexeme(const char** attributes) {
     Document::Lexeme lexeme;
     lexeme.source = {here(), behind()};
     lexeme.fixed = !is_tag_here();
+    lexeme.exact = case_counts(attributes, document_->exact_);
     document_->lexemes_.push_back(std::move(lexeme));
     in_lexeme_ = true;
 }

@@ -39,7 +39,7 @@ private:
     void start(const Name& name, const char** attributes);
     void end();
     void start_root(const Name& name, const char** attributes);
-    void start_lexeme();
+    void start_lexeme(const char** attributes);
     void start_piece(const Name& name, const char** attributes);
     void end_root();
     void end_lexeme();
