@@ -86,9 +86,6 @@ install(TARGETS ${nelva_products}
         RUNTIME DESTINATION bin COMPONENT runtime
         LIBRARY DESTINATION lib COMPONENT runtime
         ARCHIVE DESTINATION lib COMPONENT runtime)
-if(WIN32)
-  install(TARGETS nelva-dictionary-editor RUNTIME DESTINATION bin COMPONENT runtime)
-endif()
 install(DIRECTORY ${nelva_deps_root}/native/share/espeak-ng-data DESTINATION share COMPONENT runtime)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/data/voices/ DESTINATION share/nelva/voices-data COMPONENT runtime)
 if(NOT WIN32)

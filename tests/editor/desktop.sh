@@ -73,7 +73,13 @@ take_focus() {
     return 1
 }
 
-is_gone() { ! xdotool getwindowname "$1" >/dev/null 2>&1 || ! xdotool search --onlyvisible --name '.' 2>/dev/null | grep -qx "$1"; }
+is_gone() { ! xdotool search --onlyvisible --name . 2>/dev/null | grep -qx "$1"; }
+
+# answer KEY...: to the dialog that is used just now, which goes by it.
+answer() {
+    keys "$@"
+    wait_until 'the dialog goes' is_gone "$window"
+}
 
 keys() { xdotool key --clearmodifiers --delay 40 "$@"; }
 

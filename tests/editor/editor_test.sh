@@ -157,7 +157,7 @@ case_wrong_sounds_are_asked_about() {
     keys alt+a
     use_window 'Dictionary editor' || return 1
     picture "$pictures/wrong-sounds.png"
-    keys Return # No is the default
+    answer Return # No is the default
     use_window "$title" || return 1
     keys BackSpace
     write ə
@@ -177,7 +177,7 @@ case_typed_but_not_added_is_saved() {
     wait_until 'it shows as unsaved' is_unsaved || fail 'the title has no star'
     keys Escape
     use_window 'Dictionary editor' || return 1
-    keys alt+y
+    answer alt+y
     ended 0
     expect_file "$(lexicon_with "$leicester" "$w3c" "$(lexeme half phoneme ha)")"
 }
@@ -188,7 +188,7 @@ case_given_up_leaves_the_file() {
     wait_until 'it shows as unsaved' is_unsaved || fail 'the title has no star'
     keys Escape
     use_window 'Dictionary editor' || return 1
-    keys alt+n
+    answer alt+n
     ended 0
     expect_file "$(lexicon_with "$leicester" "$w3c")"
 }
@@ -205,7 +205,7 @@ case_changed_under_it_is_merged() {
     keys ctrl+s
     use_window 'Dictionary editor' || return 1
     picture "$pictures/changed-under-it.png"
-    keys alt+r
+    answer alt+r
     expect_file "$(lexicon_with "${leicester/Leicester/Theirs}" "$w3c" "$(lexeme mine phoneme ma)")"
     use_window "$title" || return 1
     keys Escape
@@ -219,12 +219,12 @@ case_changed_under_it_is_overwritten_or_left() {
     lexicon_with "${leicester/Leicester/Theirs}" "$w3c" >"$lexicon"
     keys ctrl+s
     use_window 'Dictionary editor' || return 1
-    keys Escape
+    answer Escape
     use_window "$title" || return 1
     expect_file "$(lexicon_with "${leicester/Leicester/Theirs}" "$w3c")"
     keys ctrl+s
     use_window 'Dictionary editor' || return 1
-    keys alt+o
+    answer alt+o
     expect_file "$(lexicon_with "$w3c")"
     use_window "$title" || return 1
     keys Escape
@@ -240,7 +240,7 @@ case_read_only_is_told_and_tried_again() {
     picture "$pictures/read-only.png"
     expect_file "$(lexicon_with "$leicester" "$w3c")"
     chmod u+w "$lexicon"
-    keys alt+t
+    answer alt+t
     expect_file "$(lexicon_with "$w3c")"
     use_window "$title" || return 1
     keys Escape
@@ -253,11 +253,11 @@ case_not_saved_is_a_failure() {
     keys alt+w Home Delete
     keys ctrl+s
     use_window 'Dictionary editor' || return 1
-    keys Escape
+    answer Escape
     use_window "$title" || return 1
     keys Escape
     use_window 'Dictionary editor' || return 1
-    keys alt+n
+    answer alt+n
     ended 1
     expect_file "$(lexicon_with "$leicester" "$w3c")"
 }
@@ -280,7 +280,7 @@ case_not_a_lexicon_is_told_and_kept() {
     start_editor "${settings[@]}" --lex "$(windows_path "$lexicon")" --vendor NELVA
     use_window 'Dictionary editor' || return 1
     picture "$pictures/not-a-lexicon.png"
-    keys Return
+    answer Return
     ended 3
     expect_file 'Dear diary'
 }
@@ -288,7 +288,7 @@ case_not_a_lexicon_is_told_and_kept() {
 case_wrong_options_are_told() {
     start_editor --lx x
     use_window 'Dictionary editor' || return 1
-    keys Return
+    answer Return
     ended 2
 }
 
