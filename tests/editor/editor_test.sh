@@ -159,8 +159,7 @@ case_wrong_sounds_are_asked_about() {
     picture "$pictures/wrong-sounds.png"
     answer Return # No is the default
     use_window "$title" || return 1
-    keys BackSpace
-    write ə
+    write hə # in place of all of it, which is selected
     keys Return
     saves
     expect_file "$(lexicon_with "$leicester" "$w3c" "$(lexeme Hm phoneme hə)")"

@@ -33,7 +33,8 @@ ComPtr<ISpObjectToken> voice_token(const std::string& editor, const std::string&
 ComPtr<ISpTokenUI> make_page(const std::string& dll) {
     using GetClassObject = HRESULT(WINAPI*)(REFCLSID, REFIID, void**);
     ComPtr<ISpTokenUI> result;
-    const HMODULE module = LoadLibraryW(to_wide(dll).c_str());
+    // With its neighbours: the synthesiser stands beside it.
+    const HMODULE module = LoadLibraryExW(to_wide(dll).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
     if (!module) return result;
     const auto get =
         reinterpret_cast<GetClassObject>(reinterpret_cast<void*>(GetProcAddress(module, "DllGetClassObject")));
