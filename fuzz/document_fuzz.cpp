@@ -45,7 +45,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     SpokenDocument document(fuzz_voice(), text);
     for (const char action : actions) act(document, action);
     // Enough to be sure that it sounds; of what is longer, the beginnings of sentences.
-    document.speak_up_to(10 * 22050);
+    document.speak_up_to(4 * 22050);
     for (int i = 0; i < 8; ++i) {
         document.jump(1);
         document.synth(441);
