@@ -25,6 +25,7 @@ void OutputStage::end_piece() {
 }
 
 void OutputStage::set_speed(double speed) {
+    speed = Stretch::possible(speed);
     if (speed == speed_) return;
     release_held();
     stretch_.set_speed(speed, stretched_);

@@ -49,6 +49,9 @@ std::optional<float> word_from(std::string_view value,
     return std::nullopt;
 }
 
+// No rate comes to 0, however often it is taken down.
+constexpr double slowest_rate = 0.01;
+
 // Factors stay in a range in which nothing overflows later.
 std::optional<float> bounded(double factor) {
     if (!std::isfinite(factor)) return std::nullopt;
@@ -68,7 +71,7 @@ std::optional<float> rate_from(const std::string& value, float now) {
     else if (number->unit.empty())
         factor = number->value;
     if (!(factor > 0)) return std::nullopt;
-    return bounded(factor);
+    return bounded(std::max(factor, slowest_rate));
 }
 
 namespace {

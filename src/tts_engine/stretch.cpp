@@ -20,8 +20,10 @@ constexpr std::size_t piece = 1024;
 
 void Stretch::Destroy::operator()(sonicStreamStruct* stream) const { sonicDestroyStream(stream); }
 
+double Stretch::possible(double speed) { return std::clamp(speed, slowest, fastest); }
+
 void Stretch::set_speed(double speed, std::vector<std::int16_t>& out) {
-    speed = std::clamp(speed, slowest, fastest);
+    speed = possible(speed);
     if (speed == speed_) return;
     flush(out);
     speed_ = speed;

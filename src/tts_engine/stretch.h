@@ -18,8 +18,11 @@ class Stretch {
 public:
     Stretch() = default;
 
-    // The speed of what comes from now on, 0.05 to 20; 1 passes samples on as they are. What is held back of the
-    // samples before goes to `out`.
+    // The nearest speed that there is: 0.05 to 20.
+    static double possible(double speed);
+
+    // The speed of what comes from now on, as far as possible; 1 passes samples on as they are. What is held back of
+    // the samples before goes to `out`.
     void set_speed(double speed, std::vector<std::int16_t>& out);
 
     // Takes samples and appends to `out` what has become of them and those before. Throws std::bad_alloc.

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "tts_engine/characters.h"
+#include "tts_engine/output_stage.h"
 #include "tts_engine/prosody.h"
 #include "tts_engine/sentence.h"
 #include "tts_engine/visemes.h"
@@ -123,6 +124,22 @@ TEST(Prosody, rate_values) {
     EXPECT_FLOAT_EQ(*tts::rate_from("default", 2), 1);
     for (const char* value : {"", "fastest", "0", "-1", "-100%", "1,5", "2 x", "nan", "+", "1e9"})
         EXPECT_FALSE(tts::rate_from(value, 1)) << value;
+}
+
+// Positions are reckoned by the speed at which samples are played, not by the one asked for.
+TEST(OutputStage, speed_out_of_reach_is_the_nearest) {
+    for (const auto& [speed, position] : {std::pair(1000.0, 1000), std::pair(1e-30, 400000)}) {
+        tts::OutputStage stage(22050);
+        stage.begin_piece();
+        stage.set_speed(speed);
+        stage.add(std::vector<std::int16_t>(20000, 1000), 1);
+        EXPECT_EQ(stage.made(), static_cast<std::uint64_t>(position)) << speed;
+    }
+}
+
+TEST(Prosody, rate_never_comes_to_nothing) {
+    EXPECT_FLOAT_EQ(*tts::rate_from("0." + std::string(60, '0') + "1", 1), 0.01f);
+    EXPECT_FLOAT_EQ(*tts::rate_from("-99.99%", 0.01f), 0.01f);
 }
 
 TEST(Prosody, pitch_values) {
