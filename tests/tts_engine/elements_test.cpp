@@ -112,6 +112,14 @@ TEST(Prosody, rate_that_stretches_part_of_a_sentence_leaves_the_rest) {
     EXPECT_NEAR(static_cast<double>(speech.sample_of("and")) / static_cast<double>(plain.sample_of("and")), 1, 0.05);
 }
 
+TEST(Prosody, rate_at_its_limits_still_ends) {
+    for (const char* rate : {"0.01", "0.2", "19", "10000"}) {
+        const Speech speech = speak("<speak>" + prosody("rate", rate) + "</speak>");
+        EXPECT_EQ(speech.words().size(), 11u) << rate;
+        EXPECT_GT(speech.seconds(), 0) << rate;
+    }
+}
+
 TEST(Prosody, rate_without_meaning_is_passed_over) {
     const double plain = seconds_of(sentence);
     for (const char* value : {"", "nonsense", "-0.05", "0.00", "nan", "inf", "1e5000", "12px"})
