@@ -1,0 +1,477 @@
+// The checks, one function each. See engine_checks.h.
+#include "tools/engine_check/engine_checks.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <string_view>
+#include <thread>
+
+namespace engine_check {
+namespace {
+
+constexpr std::uint32_t usual_samples = 2205;
+constexpr std::uint64_t too_long = 20ull * 60 * 22050;  // no check's document takes 20 minutes
+constexpr int most_empty_records = 1000;
+
+const char* const three_sentences =
+    "<speak version=\"1.0\" xmlns=\"http://www.w3.org/2001/10/synthesis\" xml:lang=\"en\"><mark name=\"P0\"/>"
+    "One sentence stands first. <mark name=\"middle\"/>The second follows it &amp; is longer. "
+    "Now caf\xC3\xA9 and the third one.<mark name=\"last one\"/></speak>";
+
+// What a check has found so far.
+class Findings {
+public:
+    explicit Findings(CheckResult& result) : result_(result) {}
+
+    // Of a fault that every record shows, the first few are enough.
+    void fault(const std::string& text) {
+        if (result_.faults.size() < 5) result_.faults.push_back(text);
+    }
+    void note(const std::string& text) {
+        if (result_.notes.size() < 5) result_.notes.push_back(text);
+    }
+    void require(bool holds, const std::string& text) {
+        if (!holds) fault(text);
+    }
+
+private:
+    CheckResult& result_;
+};
+
+std::string quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
+
+bool cuts_character(const std::string& text, std::uint32_t at) {
+    return at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80;
+}
+
+struct Heard {
+    std::vector<std::string> words;
+    std::vector<std::string> sentences;
+    std::vector<std::string> marks;
+    std::uint64_t samples = 0;
+    std::uint64_t most_in_record = 0;
+    bool any_sound = false;
+    bool ended = false;
+};
+
+// Reads records and checks what must hold for each of them.
+class Listener {
+public:
+    Listener(const std::string& document, Findings& findings) : document_(document), findings_(findings) {}
+
+    void take(const tts_wave& wave) {
+        const auto events = static_cast<std::int32_t>(wave.event_count);
+        findings_.require(wave.sample_count <= 0x7FFFFFFFu, "sample_count is above 2147483647");
+        findings_.require(events >= 0, "event_count is above 2147483647, which reads as a negative number");
+        findings_.require(wave.sample_count == 0 || wave.samples != nullptr,
+                          "samples is null in a record with samples");
+        findings_.require(events <= 0 || wave.events != nullptr, "events is null in a record with events");
+        if (wave.sample_count > 0x7FFFFFFFu) return;
+        if (events > 0 && wave.events != nullptr) take_events(wave);
+        heard_.samples += wave.sample_count;
+        heard_.most_in_record = std::max<std::uint64_t>(heard_.most_in_record, wave.sample_count);
+        if (wave.samples == nullptr) return;
+        heard_.any_sound |=
+            std::any_of(wave.samples, wave.samples + wave.sample_count, [](auto one) { return one != 0; });
+    }
+
+    // After a jump words begin anywhere.
+    void forget_order() { last_word_ = 0; }
+
+    Heard& heard() { return heard_; }
+
+private:
+    void take_events(const tts_wave& wave) {
+        std::uint32_t before = 0;
+        for (std::uint32_t i = 0; i < wave.event_count; ++i) {
+            const tts_wave_event& event = wave.events[i];
+            if (event.type < TTS_EVENT_WORD || event.type > TTS_EVENT_VISEME) {
+                findings_.note("an event of type " + std::to_string(event.type) + ", which nobody reads");
+                continue;
+            }
+            findings_.require(event.sample_offset >= before, "sample_offset falls back inside a record, from " +
+                                                                 std::to_string(before) + " to " +
+                                                                 std::to_string(event.sample_offset));
+            findings_.require(event.sample_offset < std::max(wave.sample_count, 1u),
+                              "sample_offset " + std::to_string(event.sample_offset) + " is not inside its record of " +
+                                  std::to_string(wave.sample_count) + " samples");
+            before = std::max(before, event.sample_offset);
+            take_event(event);
+        }
+    }
+
+    void take_event(const tts_wave_event& event) {
+        switch (event.type) {
+            case TTS_EVENT_WORD:
+                heard_.words.push_back(text_of(event, "word"));
+                findings_.require(event.text_begin >= last_word_, "the word at byte " +
+                                                                      std::to_string(event.text_begin) +
+                                                                      " overlaps the one before it, or comes late");
+                last_word_ = std::max(last_word_, event.text_end);
+                break;
+            case TTS_EVENT_SENTENCE:
+                heard_.sentences.push_back(text_of(event, "sentence"));
+                break;
+            case TTS_EVENT_MARK:
+                findings_.require(event.label != nullptr, "a mark without a name: label is null");
+                heard_.marks.push_back(event.label == nullptr ? "" : event.label);
+                break;
+            default:
+                take_viseme(event);
+        }
+    }
+
+    void take_viseme(const tts_wave_event& event) {
+        if (event.label == nullptr) return findings_.fault("a viseme without a label: label is null");
+        const std::string_view label = event.label;
+        const bool known = label == "sil" || (label.size() == 1 && std::string_view("@aeEioOuBfJkprsStT").find(label) !=
+                                                                       std::string_view::npos);
+        if (!known) findings_.note("a viseme with the label " + quoted(label) + ", which the server does not know");
+    }
+
+    std::string text_of(const tts_wave_event& event, const std::string& what) {
+        const std::string range =
+            "the " + what + " from byte " + std::to_string(event.text_begin) + " to " + std::to_string(event.text_end);
+        if (event.text_end > document_.size()) {
+            findings_.fault(range + " stands behind the document's end at " + std::to_string(document_.size()));
+            return {};
+        }
+        if (event.text_begin >= event.text_end) {
+            findings_.fault(range + " is empty");
+            return {};
+        }
+        const bool cut = cuts_character(document_, event.text_begin) || cuts_character(document_, event.text_end);
+        findings_.require(!cut, range + " cuts a character of several bytes");
+        return document_.substr(event.text_begin, event.text_end - event.text_begin);
+    }
+
+    const std::string& document_;
+    Findings& findings_;
+    Heard heard_;
+    std::uint32_t last_word_ = 0;
+};
+
+// Everything that one check works with.
+struct Bench {
+    const EngineFunctions& engine;
+    const VoiceArguments& arguments;
+    Findings& findings;
+
+    std::string message() const {
+        const char* text = engine.errmsg();
+        findings.require(text != nullptr, "tts_errmsg gives null");
+        return text == nullptr ? "" : text;
+    }
+
+    // The strings are overwritten as soon as the call is over.
+    tts_voice load(tts_handle handle, std::string lib_path, std::string vox_path) const {
+        const tts_voice voice = engine.load_voice(handle, lib_path.c_str(), vox_path.c_str());
+        std::fill(lib_path.begin(), lib_path.end(), '#');
+        std::fill(vox_path.begin(), vox_path.end(), '#');
+        return voice;
+    }
+};
+
+// A library and a voice, given back in the server's order.
+class Voice {
+public:
+    explicit Voice(const Bench& bench) : engine_(bench.engine), handle_(engine_.create()) {
+        if (handle_ != nullptr) voice_ = bench.load(handle_, bench.arguments.lib_path, bench.arguments.vox_path);
+        bench.findings.require(voice_ != nullptr, "the voice cannot be loaded once more: " + bench.message());
+    }
+    ~Voice() {
+        if (voice_ != nullptr) engine_.unload_voice(voice_);
+        if (handle_ != nullptr) engine_.destroy(handle_);
+    }
+    Voice(const Voice&) = delete;
+    Voice& operator=(const Voice&) = delete;
+    tts_voice get() const { return voice_; }
+
+private:
+    const EngineFunctions& engine_;
+    tts_handle handle_;
+    tts_voice voice_ = nullptr;
+};
+
+// One document being spoken.
+class Speaking {
+public:
+    Speaking(const Bench& bench, tts_voice voice, std::string document)
+        : bench_(bench), document_(std::move(document)), written_(document_), listener_(written_, bench.findings) {
+        if (voice != nullptr) streamer_ = bench.engine.start(voice, document_.c_str(), -1.0f);
+        if (voice != nullptr && streamer_ == nullptr)
+            bench.findings.fault("tts_streamer_start gives null for a document: " + bench.message());
+    }
+    ~Speaking() {
+        if (streamer_ != nullptr) bench_.engine.stop(streamer_);
+        bench_.findings.require(document_ == written_, "the document was changed; it belongs to the caller");
+    }
+    Speaking(const Speaking&) = delete;
+    Speaking& operator=(const Speaking&) = delete;
+
+    // One record; false at the end.
+    bool step(std::uint32_t samples = usual_samples) {
+        if (streamer_ == nullptr) return false;
+        tts_wave* const wave = bench_.engine.synth(streamer_, samples);
+        if (wave == nullptr) {
+            heard().ended = true;
+            return false;
+        }
+        empty_ = wave->sample_count == 0 && wave->event_count == 0 ? empty_ + 1 : 0;
+        listener_.take(*wave);
+        bench_.engine.delete_wave(wave);
+        return true;
+    }
+
+    // All that comes.
+    Heard& rest(std::uint32_t samples = usual_samples) {
+        while (step(samples)) {
+            if (heard().samples > too_long || empty_ > most_empty_records) {
+                bench_.findings.fault("the document does not end: tts_streamer_synth never gives null");
+                break;
+            }
+        }
+        return heard();
+    }
+
+    bool jump(std::int32_t count) {
+        listener_.forget_order();
+        return streamer_ != nullptr && bench_.engine.jump(streamer_, count) == 0;
+    }
+
+    Heard& heard() { return listener_.heard(); }
+
+private:
+    const Bench& bench_;
+    std::string document_;
+    const std::string written_;
+    Listener listener_;
+    tts_streamer streamer_ = nullptr;
+    int empty_ = 0;
+};
+
+// ---- The checks
+
+void check_loading(const Bench& bench) {
+    const tts_handle handle = bench.engine.create();
+    if (handle == nullptr) return bench.findings.fault("tts_create gives null: " + bench.message());
+    bench.message();
+    const tts_voice voice = bench.load(handle, bench.arguments.lib_path, bench.arguments.vox_path);
+    if (voice == nullptr)
+        bench.findings.fault("tts_load_voice gives null: " + bench.message());
+    else
+        bench.engine.unload_voice(voice);
+    bench.engine.destroy(handle);
+}
+
+void check_failing_voice(const Bench& bench) {
+    const tts_handle handle = bench.engine.create();
+    const tts_voice voice = bench.load(handle, "/no/such/folder", "/no/such/voice-22i");
+    if (voice == nullptr) {
+        bench.findings.require(!bench.message().empty(), "tts_errmsg says nothing about a voice that cannot be loaded");
+    } else {
+        bench.findings.note("a voice of files that do not exist is loaded all the same");
+        bench.engine.unload_voice(voice);
+    }
+    bench.engine.destroy(handle);
+}
+
+void check_records(const Bench& bench) {
+    const Voice voice(bench);
+    Speaking speaking(bench, voice.get(), three_sentences);
+    const Heard& heard = speaking.rest();
+    bench.findings.require(heard.samples > 0, "no samples come");
+    bench.findings.require(heard.samples == 0 || heard.any_sound, "all samples are silent");
+    if (heard.words.empty()) bench.findings.note("no word events: hosts cannot show what is spoken");
+    if (heard.sentences.empty()) bench.findings.note("no sentence events");
+    for (const std::string& word : heard.words)
+        bench.findings.require(word.find_first_of("<>") == std::string::npos,
+                               "the word " + quoted(word) + " holds a tag");
+    bench.findings.require(!speaking.step(), "after the end tts_streamer_synth gives a record again");
+    bench.message();
+}
+
+void check_marks(const Bench& bench) {
+    const Voice voice(bench);
+    Speaking speaking(bench, voice.get(), three_sentences);
+    const std::vector<std::string> wanted = {"P0", "middle", "last one"};
+    const auto& marks = speaking.rest().marks;
+    for (const std::string& mark : wanted) {
+        const auto times = std::count(marks.begin(), marks.end(), mark);
+        if (times != 1) bench.findings.fault("the mark " + quoted(mark) + " comes " + std::to_string(times) + " times");
+    }
+    if (marks.size() == wanted.size())
+        bench.findings.require(marks == wanted, "the marks do not come in the order of the document");
+}
+
+void check_chunks(const Bench& bench) {
+    const Voice voice(bench);
+    std::vector<std::string> words;
+    for (const std::uint32_t samples : {usual_samples, 1u, 100u, 1000000u}) {
+        Speaking speaking(bench, voice.get(), "<speak>One two three. Four.</speak>");
+        const Heard& heard = speaking.rest(samples);
+        if (samples == usual_samples) words = heard.words;
+        if (samples == usual_samples && heard.most_in_record > 10 * usual_samples)
+            bench.findings.note("a record holds " + std::to_string(heard.most_in_record) + " samples where " +
+                                std::to_string(samples) + " were asked for: stopping and skipping are slow then");
+        bench.findings.require(heard.words == words, "other words come when " + std::to_string(samples) +
+                                                         " samples are asked for at a time than with 2205");
+    }
+}
+
+void check_again(const Bench& bench) {
+    const Voice voice(bench);
+    const auto words = [&] { return Speaking(bench, voice.get(), three_sentences).rest().words; };
+    bench.findings.require(words() == words(), "the same document gives other words the second time");
+}
+
+void check_abandoning(const Bench& bench) {
+    const Voice voice(bench);
+    { Speaking never_asked(bench, voice.get(), three_sentences); }
+    {
+        Speaking left_early(bench, voice.get(), three_sentences);
+        left_early.step();
+    }
+    Speaking whole(bench, voice.get(), three_sentences);
+    bench.findings.require(whole.rest().samples > 0, "after a document that was left early nothing is spoken");
+}
+
+// Speaks the first record, jumps, and gives the rest.
+Heard after_jump(const Bench& bench, tts_voice voice, std::int32_t count, bool& jumped) {
+    Speaking speaking(bench, voice, three_sentences);
+    speaking.step();
+    jumped = speaking.jump(count);
+    speaking.heard() = Heard();
+    return speaking.rest();
+}
+
+void check_jumps(const Bench& bench) {
+    const Voice voice(bench);
+    const auto all = Speaking(bench, voice.get(), three_sentences).rest().sentences;
+    struct Row {
+        std::int32_t count;
+        std::size_t goal;
+        const char* name;
+    };
+    for (const Row& row : {Row{0, 0, "to the start of the sentence"}, Row{1, 1, "one sentence forward"},
+                           Row{-1, 0, "back beyond the first sentence"}, Row{1000, 2, "beyond the last sentence"},
+                           Row{-2147483647 - 1, 0, "as far back as can be"}, Row{2147483647, 2, "as far as can be"}}) {
+        bool jumped = false;
+        const Heard heard = after_jump(bench, voice.get(), row.count, jumped);
+        if (!jumped) {
+            bench.findings.note(std::string("the jump ") + row.name + " is refused");
+            continue;
+        }
+        if (all.size() != 3) continue;
+        const std::string goes = heard.sentences.empty() ? "none" : quoted(heard.sentences[0]);
+        bench.findings.require(!heard.sentences.empty() && heard.sentences[0] == all[row.goal],
+                               std::string("the jump ") + row.name + " goes to the sentence " + goes + ", not to " +
+                                   quoted(all[row.goal]));
+    }
+    if (all.size() != 3) bench.findings.note("without three sentence events nobody sees where jumps go");
+}
+
+void check_documents(const Bench& bench) {
+    const Voice voice(bench);
+    for (const char* document :
+         {"", " \n ", "plain words", "<speak></speak>", "<speak>not <b>closed", "</x> & < > <",
+          "<speak>a<mark name=\"q\"w\"/>b", "\xF0\x9F\x98\x80 \xE4\xBD\xA0\xE5\xA5\xBD\xE3\x80\x82",
+          "\xFF\xFE\x80 bytes", "<speak><prosody rate=\"9e99\" pitch=\"x\" volume=\"-1\">odd</prosody></speak>"}) {
+        if (voice.get() == nullptr) return;
+        std::string copy = document;
+        const tts_streamer probe = bench.engine.start(voice.get(), copy.c_str(), -1.0f);
+        if (probe == nullptr) {
+            bench.findings.require(!bench.message().empty(),
+                                   "tts_errmsg says nothing about a document that is refused");
+            bench.findings.note("the document " + quoted(document) + " is refused: " + bench.message());
+            continue;
+        }
+        bench.engine.stop(probe);
+        Speaking(bench, voice.get(), document).rest();
+    }
+}
+
+void check_lexicon(const Bench& bench) {
+    const Voice voice(bench);
+    bench.engine.dict_cleanup(nullptr);
+    bench.engine.dict_cleanup(voice.get());
+    if (bench.engine.dict_load(voice.get(), "/no/such/lexicon.pls") == 0)
+        bench.findings.note("a lexicon that does not exist is loaded all the same");
+    if (!bench.arguments.lexicon.empty() && bench.engine.dict_load(voice.get(), bench.arguments.lexicon.c_str()) != 0)
+        bench.findings.fault("the lexicon cannot be loaded: " + bench.message());
+    Speaking speaking(bench, voice.get(), three_sentences);
+    bench.findings.require(speaking.rest().samples > 0, "after loading lexicons nothing is spoken");
+    bench.engine.dict_cleanup(voice.get());
+}
+
+void check_two_voices(const Bench& bench) {
+    const Voice one(bench), other(bench);
+    const auto words = Speaking(bench, one.get(), three_sentences).rest().words;
+    Speaking first(bench, one.get(), three_sentences), second(bench, other.get(), three_sentences);
+    bool more = true;
+    for (int i = 0; more && i < 100000; ++i) {
+        const bool a = first.step(), b = second.step();
+        more = a || b;
+    }
+    bench.findings.require(!more, "two voices that speak in turns do not end");
+    bench.findings.require(first.heard().words == words && second.heard().words == words,
+                           "two voices that speak in turns do not give the words that one gives alone");
+}
+
+void check_threads(const Bench& bench) {
+    const Voice voice(bench);
+    const auto words = Speaking(bench, voice.get(), three_sentences).rest().words;
+    std::vector<std::string> there;
+    std::thread([&] { there = Speaking(bench, voice.get(), three_sentences).rest().words; }).join();
+    bench.findings.require(there == words, "a voice speaks otherwise on another thread than that which loaded it");
+}
+
+void check_lives(const Bench& bench) {
+    for (int i = 0; i < 10; ++i) {
+        const tts_handle unused = bench.engine.create();
+        bench.findings.require(unused != nullptr, "tts_create gives null after some uses");
+        if (unused != nullptr) bench.engine.destroy(unused);
+        const Voice voice(bench);
+        Speaking(bench, voice.get(), "<speak>Again.</speak>").step();
+    }
+}
+
+struct Check {
+    const char* name;
+    void (*run)(const Bench& bench);
+};
+
+constexpr Check checks[] = {{"a voice is loaded and unloaded", check_loading},
+                            {"a voice that does not exist", check_failing_voice},
+                            {"records, events and the end", check_records},
+                            {"marks", check_marks},
+                            {"records of other sizes", check_chunks},
+                            {"the same document twice", check_again},
+                            {"documents left early", check_abandoning},
+                            {"jumps", check_jumps},
+                            {"odd documents", check_documents},
+                            {"lexicons", check_lexicon},
+                            {"two voices in turns", check_two_voices},
+                            {"another thread", check_threads},
+                            {"many lives", check_lives}};
+
+}  // namespace
+
+int run_checks(const EngineFunctions& engine, const VoiceArguments& voice, const CheckListener& listener) {
+    int failed = 0;
+    for (const Check& check : checks) {
+        CheckResult result{check.name, {}, {}};
+        listener.begins(result.name);
+        Findings findings(result);
+        check.run({engine, voice, findings});
+        listener.ended(result);
+        if (result.faults.empty()) continue;
+        ++failed;
+        if (check.run == check_loading) break;
+    }
+    return failed;
+}
+
+}  // namespace engine_check
