@@ -16,6 +16,7 @@ set(nelva_headers
     regexp/regexp.h regexp/replacer.h
     fragments/spvtextfrags_to_ssml.h
     sapi/sapi_datakey.h
+    tts_engine/tts_engine.h
     platform/com.h platform/sapi.h platform/wide.h platform/win32.h)
 if(NOT WIN32)
   foreach(name atomics com eventlog locale memory module process registry text types window)

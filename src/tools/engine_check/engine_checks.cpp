@@ -94,8 +94,8 @@ private:
             findings_.require(event.sample_offset >= before, "sample_offset falls back inside a record, from " +
                                                                  std::to_string(before) + " to " +
                                                                  std::to_string(event.sample_offset));
-            findings_.require(event.sample_offset < std::max(wave.sample_count, 1u),
-                              "sample_offset " + std::to_string(event.sample_offset) + " is not inside its record of " +
+            findings_.require(event.sample_offset <= wave.sample_count,
+                              "sample_offset " + std::to_string(event.sample_offset) + " stands behind its record of " +
                                   std::to_string(wave.sample_count) + " samples");
             before = std::max(before, event.sample_offset);
             take_event(event);
