@@ -42,9 +42,24 @@ start_desktop() {
     DISPLAY=:$(<"$desktop/display")
     export DISPLAY WINEPREFIX=$desktop/prefix WINEARCH=win64 WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml=' \
         LC_ALL=C.UTF-8 PATH=$PATH:/usr/lib/wine
+    record_sound
     wait_until 'the display takes keys' map_spare_keys || return 1
     # The first program fills the prefix. The font is one whose IPA Wine can show: Wine 8 crashes in the tables of some.
     wine64 reg add 'HKCU\Software\Wine\Fonts\Replacements' /v 'Segoe UI' /d FreeSans /f </dev/null >/dev/null 2>&1
+}
+
+# A sound device that writes what it is given to $desktop/heard.raw.
+record_sound() {
+    cat >"$desktop/asound.conf" <<CONF
+pcm.!default {
+    type file
+    slave.pcm { type null }
+    file "$desktop/heard.raw"
+    format raw
+}
+ctl.!default { type null }
+CONF
+    export ALSA_CONFIG_PATH=$desktop/asound.conf
 }
 
 # Ends what start_desktop started, and nothing else.

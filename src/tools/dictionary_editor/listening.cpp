@@ -134,7 +134,8 @@ void Listening::run(Voice voice, const std::string& word, const std::string& byt
     require(speaker.speak(input.fragments, site.get()), "the voice '" + voice.id + "' failed to speak");
     if (stop_) return;
     audio_ = wav_of(speaker.format(), recorder.bytes);
-    if (!PlaySoundW(reinterpret_cast<LPCWSTR>(audio_.data()), nullptr, SND_MEMORY | SND_ASYNC | SND_NODEFAULT))
+    if (waveOutGetNumDevs() == 0 ||
+        !PlaySoundW(reinterpret_cast<LPCWSTR>(audio_.data()), nullptr, SND_MEMORY | SND_ASYNC | SND_NODEFAULT))
         throw HostError("there is nothing to play sound with", hresult_from_win32(ERROR_NOT_FOUND),
                         "plug in or switch on a sound device");
 }
