@@ -37,6 +37,7 @@ TEST(PhonemeCheck, other_characters_are_named_with_their_place) {
     EXPECT_EQ(check.message, "& (character 3) is not an IPA sign.");
     EXPECT_EQ(check.offset, 3u);
     EXPECT_EQ(check_phonemes("hEl").message, "E (character 2) is not an IPA sign. IPA has no capital letters.");
+    EXPECT_EQ(check_phonemes("a,b").message, ", (character 2) is not an IPA sign. Is ˌ meant?");
     EXPECT_EQ(check_phonemes("a😀").message, "😀 (character 2) is not an IPA sign.");
     EXPECT_EQ(check_phonemes("h3").verdict, Verdict::wrong);
     EXPECT_EQ(check_phonemes("a\xFF").verdict, Verdict::wrong);

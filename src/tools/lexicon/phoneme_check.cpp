@@ -26,16 +26,17 @@ constexpr std::u32string_view stresses = U"ˈˌ";
 constexpr std::u32string_view borders = U" .|‖‿-";
 constexpr std::u32string_view tones = U"˥˦˧˨˩ꜛꜜ↗↘";
 
-// What keyboards have, and the sign that is meant.
+// What keyboards have and the synthesiser takes for the sign that is meant (tts_engine/ipa.cpp).
 struct LookAlike {
     char32_t typed;
     char32_t meant;
     Sign sign;
 };
-constexpr LookAlike look_alikes[] = {{U'\'', U'ˈ', Sign::before_sound}, {U',', U'ˌ', Sign::before_sound},
-                                     {U':', U'ː', Sign::behind_sound},  {U'g', U'ɡ', Sign::sound},
-                                     {U'ε', U'ɛ', Sign::sound},         {U'ǝ', U'ə', Sign::sound},
-                                     {U'’', U'ʼ', Sign::behind_sound}};
+constexpr LookAlike look_alikes[] = {{U'\'', U'ˈ', Sign::before_sound},
+                                     {U':', U'ː', Sign::behind_sound},
+                                     {U'g', U'ɡ', Sign::sound},
+                                     {U'ε', U'ɛ', Sign::sound},
+                                     {U'ǝ', U'ə', Sign::sound}};
 
 bool contains(std::u32string_view set, char32_t c) { return set.find(c) != set.npos; }
 
@@ -129,6 +130,7 @@ private:
     static PhonemeCheck unknown(char32_t c, std::size_t number, std::size_t begin, std::size_t length) {
         std::string advice;
         if (c >= U'A' && c <= U'Z') advice = " IPA has no capital letters.";
+        if (c == U',') advice = " Is \u02CC meant?";
         return wrong(begin, length, shown(c) + place(number) + " is not an IPA sign." + advice);
     }
 
