@@ -274,6 +274,13 @@ std::string SentenceCutter::text_of(Token range) const {
 }
 
 void SentenceCutter::set_word(Token range) {
+    // An element without text stands nowhere.
+    const auto& text = current_.text;
+    const auto is_nowhere = [&text](std::uint32_t at) {
+        return text[at].code == object_character || is_blank(text[at].code);
+    };
+    while (range.first < range.last && is_nowhere(range.first)) ++range.first;
+    while (range.first < range.last && is_nowhere(range.last - 1)) --range.last;
     if (range.first == range.last) return;
     while (!words_.empty() && words_.back().last > range.first) words_.pop_back();
     words_.push_back(range);

@@ -85,7 +85,7 @@ const Speech& speech_in(const std::string& language) {
     static std::map<std::string, Speech> known;
     const auto found = known.find(language);
     if (found != known.end()) return found->second;
-    static const TestVoice voice;
+    const TestVoice voice;
     return known[language] = speak(voice, document_in(language));
 }
 

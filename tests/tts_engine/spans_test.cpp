@@ -115,6 +115,10 @@ TEST(Token, sounds_as_its_text) {
 
 TEST(Token, of_nothing_is_none) { EXPECT_EQ(words_of("One <w></w><w> </w><w/> two"), (Texts{"One", "two"})); }
 
+TEST(Token, around_an_element_without_text_is_no_word) {
+    EXPECT_EQ(words_of("<w><phoneme ph=\"hi\"/></w> one <w><sub alias=\"two\"/>x</w>"), (Texts{"one", "x"}));
+}
+
 TEST(Token, parts_a_script_without_blanks) {
     const TestVoice voice("zh-22i");
     EXPECT_EQ(speak(voice, "<speak><w>你好</w>世<w>界</w></speak>").words(), (Texts{"你好", "世", "界"}));
