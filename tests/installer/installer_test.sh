@@ -42,13 +42,14 @@ absent() { [[ ! -e $1 ]] || { ls -la "$1"; false; }; }
 # ---- before and after ----
 
 # The world that an installation may touch, as text: each file outside of the users' temporary folders, and the registry
-# without the keys that Wine's own services write when they like.
+# without the keys that Wine itself writes when it likes: of network cards, and at the first console program.
 snapshot() {
     local key
     (cd "$drive" && find . -path '*/[Tt]emp/*' -prune -o -printf '%p %y\n' | sort) >"$1.files"
     for key in HKLM\\Software HKCU; do
         wine64 reg export "$key" "Z:${work//\//\\}\\key.reg" /y >/dev/null 2>&1
-        iconv -f UTF-16LE -t UTF-8 "$work/key.reg" | tr -d '\r' | awk -v RS= -v ORS='\n\n' '!/NetworkCards/'
+        iconv -f UTF-16LE -t UTF-8 "$work/key.reg" | tr -d '\r' |
+            awk -v RS= -v ORS='\n\n' '!/NetworkCards|HKEY_CURRENT_USER.Console/'
     done >"$1.keys"
     [[ -s $1.files && -s $1.keys ]]
 }
