@@ -73,6 +73,7 @@ bool is_number_of_a_locale(LCID id) {
 
 // 0 for a name that Windows has no number for.
 LCID id_of_locale(std::string_view name) {
+    if (name.empty()) return 0;  // the invariant locale is no language
     const LCID found = LocaleNameToLCID(to_wide(name).c_str(), 0);
     if (!is_number_of_a_locale(found)) return 0;
     return found <= language_bits ? found | default_region : found;
