@@ -56,5 +56,16 @@ expect option 2 "unknown or incomplete option '--what'" --what a b c
 expect help 0 'usage: nelva-check-engine' --help
 expect lexicon 1 'the lexicon cannot be loaded' --lexicon "$here/none.pls" "$engine" "$build/share/espeak-ng-data" \
     "$here/voice-22i"
+# Behind the server, where the loader takes it in place of the shipped one: a tone of 60 ms for each letter.
+if [[ ! $wine ]]; then
+    mkdir "$here/lib"
+    cp "$modules/tone_engine$end" "$here/lib/libtts_engine$end"
+    count=$((count + 1))
+    LD_LIBRARY_PATH=$here/lib "$build/bin/nelva-say" -o "$here/tone.wav" --events "$here/events" 'Hello tone.' &&
+        [[ $(grep -c '"event":"word"' "$here/events") == 2 ]] &&
+        grep -q '"event":"word","stream_offset":0,"text_offset":0,"text_length":5,"text":"Hello"' "$here/events" &&
+        grep -q '"event":"viseme","stream_offset":2646' "$here/events" ||
+        { failed=$((failed + 1)); printf 'the example does not speak through the server\n'; }
+fi
 printf '%s of %s failed\n' "$failed" "$count"
 ((failed == 0))
