@@ -141,6 +141,7 @@ TEST_F(Adding, all_is_every_file_and_every_other_language) {
     put("vox/de-8v", "language = de\n");
     put("vox/broken-22i", "nonsense\n");
     put("vox/readme.txt", "no voice\n");
+    put("vox/fo-22i", "language = fo\n");  // nothing that could speak it
     std::vector<std::string> ids;
     for (const PlannedVoice& voice : plan()) ids.push_back(voice.id);
     EXPECT_EQ(ids, (std::vector<std::string>{"nelva-de", "nelva-en-us-f2", "nelva-en-us"}));

@@ -76,13 +76,13 @@ Request request_of(const VoiceFile& file) {
     return {file.name, file.settings.language, file.settings.variant, file.rate, false};
 }
 
-// Every voice file with this rate, and every language that has none.
+// Every voice file with this rate that the synthesiser can speak, and every language that has none.
 std::vector<Request> all_requests(const VoicesOptions& options, const SynthesiserData& data,
                                   const std::vector<VoiceFile>& files) {
     const VoiceRate* const rate = rate_with(options.rate);
     std::vector<Request> result;
     for (const VoiceFile& file : files)
-        if (file.rate == rate) result.push_back(request_of(file));
+        if (file.rate == rate && data.has_language(file.settings.language)) result.push_back(request_of(file));
     for (const std::string& language : data.languages()) {
         const Request request{file_name_for(language, "", *rate), language, "", rate, true};
         if (!file_for(files, request)) result.push_back(request);
