@@ -55,11 +55,18 @@ struct Voice {
     tts::StreamerVoice speech;
 };
 
+// Up to this size a document is copied, since a caller may well pass a temporary string, and that costs nothing that
+// can be noticed. The copy of a longer one would delay the first sound.
+constexpr std::size_t copied_size = 256 * 1024;
+
 struct RunningStreamer {
-    RunningStreamer(std::shared_ptr<Voice> its_voice, const char* text, std::size_t size)
-        : voice(std::move(its_voice)), streamer(voice->speaking(), {text, size}) {}
+    RunningStreamer(std::shared_ptr<Voice> its_voice, std::string_view text)
+        : voice(std::move(its_voice)),
+          copy(text.size() <= copied_size ? text : std::string_view()),
+          streamer(voice->speaking(), text.size() <= copied_size ? std::string_view(copy) : text) {}
 
     std::shared_ptr<Voice> voice;
+    const std::string copy;
     tts::Streamer streamer;
 };
 
@@ -171,7 +178,7 @@ tts_streamer TTS_CALL tts_streamer_start(tts_voice voice, const char* ssml, floa
         const std::size_t size = std::strlen(ssml);
         if (size >= std::numeric_limits<std::uint32_t>::max() / 2)
             throw std::runtime_error("the document is too large: offsets into it have 32 bits");
-        return streamers().add(std::make_shared<RunningStreamer>(std::move(speaker), ssml, size));
+        return streamers().add(std::make_shared<RunningStreamer>(std::move(speaker), std::string_view(ssml, size)));
     });
 }
 

@@ -101,6 +101,21 @@ TEST(Functions, library_starts_again_after_its_end) {
     for (int i = 0; i < 3; ++i) EXPECT_EQ(speak("<speak>Hello.</speak>").words(), Texts{"Hello"});
 }
 
+TEST(Functions, document_may_be_a_temporary) {
+    const Library library;
+    tts_voice voice = tts_load_voice(library, TTS_TEST_DATA, voice_path().c_str());
+    tts_streamer streamer =
+        tts_streamer_start(voice, std::string("<speak>A document let go of at once</speak>").c_str(), -1.0f);
+    std::size_t words = 0;
+    while (tts_wave* wave = tts_streamer_synth(streamer, 2205)) {
+        for (std::uint32_t i = 0; i < wave->event_count; ++i) words += wave->events[i].type == TTS_EVENT_WORD;
+        tts_wave_delete(wave);
+    }
+    EXPECT_EQ(words, 7u);
+    tts_streamer_stop(streamer);
+    tts_unload_voice(voice);
+}
+
 TEST(Functions, streamer_may_be_dropped_at_any_time) {
     const TestVoice voice;
     const Speech alone = speak(voice, "<speak>A second sentence.</speak>");
