@@ -16,6 +16,7 @@ namespace {
 namespace fs = std::filesystem;
 
 const std::string unspaced[] = {"zh", "ja"};  // each character counts as a word
+const std::string phrases_between_blanks[] = {"th", "my"};
 
 std::string contents(const fs::path& path) {
     std::ifstream file(path, std::ios::binary);
@@ -76,6 +77,23 @@ std::string letters_of(std::string text) {
     return text;
 }
 
+std::size_t character_count(const std::string& text) {
+    return static_cast<std::size_t>(
+        std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; }));
+}
+
+template <std::size_t size>
+bool is_one_of(const std::string (&list)[size], const std::string& language) {
+    return std::count(std::begin(list), std::end(list), language) > 0;
+}
+
+// A page to listen to: 200 words, or 400 characters where words are not written apart.
+bool is_long(const std::string& language) {
+    if (is_one_of(unspaced, language) || is_one_of(phrases_between_blanks, language))
+        return character_count(letters_of(text_of(language))) >= 400;
+    return words_between_blanks(text_of(language)).size() >= 200;
+}
+
 std::string document_in(const std::string& language) {
     return "<speak version=\"1.0\" xml:lang=\"" + language + "\"><mark name=\"P0\"/>" + text_of(language) + "</speak>";
 }
@@ -126,9 +144,19 @@ std::string version_of_sources() {
 
 TEST(Languages, are_at_least_thirty) { EXPECT_GE(languages().size(), 30u); }
 
+TEST(Languages, at_least_thirty_have_long_texts) {
+    const Texts all = languages();
+    EXPECT_GE(std::count_if(all.begin(), all.end(), is_long), 30);
+}
+
+TEST(Languages, most_used_have_long_texts) {
+    for (const char* const language : {"ar", "de", "el", "fr", "hi", "ja", "ru", "th", "tr", "zh"})
+        EXPECT_TRUE(is_long(language)) << language;
+}
+
 TEST(Languages, each_word_has_its_event_in_order) {
     for (const std::string& language : languages()) {
-        if (std::count(std::begin(unspaced), std::end(unspaced), language) > 0) continue;
+        if (is_one_of(unspaced, language)) continue;
         const Texts expected = words_between_blanks(text_of(language));
         EXPECT_EQ(speech_in(language).words(), expected) << language;
     }
