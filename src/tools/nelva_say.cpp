@@ -17,7 +17,7 @@
 #include "tools/host/keys.h"
 #include "tools/host/live_controls.h"
 #include "tools/host/player.h"
-#include "tools/host/program_arguments.h"
+#include "tools/host/program.h"
 #include "tools/host/progress.h"
 #include "tools/host/sapi_xml.h"
 #include "tools/host/say_options.h"
@@ -30,13 +30,16 @@ namespace {
 
 using namespace host;
 
-enum ExitStatus { exit_spoken = 0, exit_failed = 1, exit_usage = 2, exit_stopped = 130 };
+constexpr char program_name[] = "nelva-say";
+
+// Beside those of every program.
+enum ExitStatus { exit_spoken = 0, exit_stopped = 130 };
 
 std::atomic<bool> stop_wanted{false};
 
 void on_interrupt(int) { stop_wanted = true; }
 
-void complain(const std::string& message) { std::fprintf(stderr, "nelva-say: %s\n", message.c_str()); }
+void complain(const std::string& message) { host::complain(program_name, message); }
 
 void print_voices(const std::vector<Voice>& voices) {
     for (const Voice& voice : voices)
@@ -190,18 +193,4 @@ int real_main(const std::vector<std::string>& arguments) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    try {
-        return real_main(host::program_arguments(argc, argv));
-    } catch (const host::UsageError& error) {
-        complain(error.what());
-        return exit_usage;
-    } catch (const host::HostError& error) {
-        complain(error.what());
-    } catch (const std::bad_alloc&) {
-        complain(host::HostError("cannot go on", E_OUTOFMEMORY).what());
-    } catch (const std::exception& error) {
-        complain(host::HostError(error.what(), E_UNEXPECTED).what());
-    }
-    return exit_failed;
-}
+int main(int argc, char** argv) { return host::run_program(program_name, argc, argv, real_main); }

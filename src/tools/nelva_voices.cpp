@@ -3,7 +3,7 @@
 #include <optional>
 
 #include "tools/host/hresult.h"
-#include "tools/host/program_arguments.h"
+#include "tools/host/program.h"
 #include "tools/host/suggest.h"
 #include "tools/host/utf.h"
 #include "tools/host/voice_adding.h"
@@ -15,9 +15,12 @@ namespace {
 
 using namespace host;
 
-enum ExitStatus { exit_done = 0, exit_failed = 1, exit_usage = 2 };
+constexpr char program_name[] = "nelva-voices";
 
-void complain(const std::string& message) { std::fprintf(stderr, "nelva-voices: %s\n", message.c_str()); }
+// Beside those of every program.
+enum ExitStatus { exit_done = 0 };
+
+void complain(const std::string& message) { host::complain(program_name, message); }
 
 void tell(const VoicesOptions& options, const std::string& message) {
     if (!options.quiet) std::printf("%s\n", message.c_str());
@@ -122,18 +125,4 @@ int real_main(const std::vector<std::string>& arguments) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    try {
-        return real_main(host::program_arguments(argc, argv));
-    } catch (const host::UsageError& error) {
-        complain(error.what());
-        return exit_usage;
-    } catch (const host::HostError& error) {
-        complain(error.what());
-    } catch (const std::bad_alloc&) {
-        complain(host::HostError("cannot go on", E_OUTOFMEMORY).what());
-    } catch (const std::exception& error) {
-        complain(host::HostError(error.what(), E_UNEXPECTED).what());
-    }
-    return exit_failed;
-}
+int main(int argc, char** argv) { return host::run_program(program_name, argc, argv, real_main); }

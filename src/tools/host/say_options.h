@@ -3,19 +3,13 @@
 #define NELVA_TOOLS_HOST_SAY_OPTIONS_H
 
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "platform/win32.h"
+#include "tools/host/program.h"
 
 namespace host {
-
-// What was wrong with the command line and what would be right; exit status 2.
-class UsageError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
 
 struct SayOptions {
     bool help = false;

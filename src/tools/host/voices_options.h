@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/host/say_options.h"  // UsageError
+#include "tools/host/program.h"
 
 namespace host {
 
