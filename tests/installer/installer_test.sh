@@ -75,7 +75,8 @@ old_files() { find "$folder/bin" -name '*.old'; }
 speaks() {
     rm -f "$work/voice.wav"
     run "$home\\bin\\nelva-say.exe" --voice "$1" -o "Z:${work//\//\\}\\voice.wav" 2
-    [[ $(stat -c %s "$work/voice.wav") -gt 5000 ]]
+    # A tenth of a second; the voices differ in their bytes a second, which the header tells.
+    (($(stat -c %s "$work/voice.wav") > 44 + $(od -An -j 28 -N 4 -t u4 "$work/voice.wav") / 10))
 }
 
 install() { wine64 "$setup" /S "$@" </dev/null >/dev/null 2>&1; }
@@ -133,9 +134,9 @@ check 'a chosen voice speaks' speaks nelva-de
 check 'an upgrade without options keeps the choice' gives 0 install
 check 'the same voices are left' tokens_are nelva-de nelva-en-gb
 check 'a language stands for its voices' gives 0 install /LANGUAGES=en
-check 'all voices of the language are there' tokens_are nelva-en-gb nelva-en-us nelva-en-us-f
+check 'all voices of the language are there' differ <(all_tokens | grep "^nelva-en-") <(our_tokens)
 check 'an unknown language is refused' gives 2 install /LANGUAGES=en,tlh
-check 'nothing was changed by that' tokens_are nelva-en-gb nelva-en-us nelva-en-us-f
+check 'nothing was changed by that' differ <(all_tokens | grep "^nelva-en-") <(our_tokens)
 
 # Another folder.
 check 'installation into another folder succeeds' gives 0 install /LANGUAGES=all '/D=C:\Elsewhere\Nelva'
