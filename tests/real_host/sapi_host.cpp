@@ -15,6 +15,11 @@ namespace {
 const std::wstring tokens_key = L"HKEY_LOCAL_MACHINE\\Software\\Microsoft\\Speech\\Voices\\Tokens\\";
 const wchar_t voices_category[] = L"HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Speech\\Voices";
 
+HRESULT open_token(const std::wstring& id, Held<ISpObjectToken>& token) {
+    const HRESULT hr = CoCreateInstance(CLSID_SpObjectToken, nullptr, CLSCTX_ALL, IID_ISpObjectToken, token.out_void());
+    return hr < 0 ? hr : token->SetId(nullptr, (tokens_key + id).c_str(), FALSE);
+}
+
 }  // namespace
 
 WAVEFORMATEX mono_16_bit(unsigned rate) {
@@ -94,8 +99,19 @@ std::vector<std::wstring> our_voices(const std::wstring& attributes) {
     return result;
 }
 
-Speaker::Speaker(const std::wstring& id, unsigned rate) {
-    *output_.out() = new MemoryOutput(rate);
+unsigned rate_of(const std::wstring& id) {
+    Held<ISpObjectToken> token;
+    LPWSTR text = nullptr;
+    HRESULT hr = open_token(id, token);
+    if (hr >= 0) hr = token->GetStringValue(L"voxPath", &text);
+    if (hr < 0) return 0;
+    const std::wstring file = text;
+    CoTaskMemFree(text);
+    return file.ends_with(L"8v") ? 8000 : file.ends_with(L"16i-mf") ? 16000 : 22050;
+}
+
+Speaker::Speaker(const std::wstring& id) {
+    *output_.out() = new MemoryOutput(rate_of(id));
     EXPECT_EQ(CoCreateInstance(CLSID_SpVoice, nullptr, CLSCTX_ALL, IID_ISpVoice, voice_.out_void()), S_OK);
     EXPECT_EQ(voice_->SetOutput(output_.get(), TRUE), S_OK);
     EXPECT_EQ(choose(id), S_OK);
@@ -105,8 +121,7 @@ HRESULT Speaker::speak(const std::wstring& text, DWORD flags) { return voice_->S
 
 HRESULT Speaker::choose(const std::wstring& id) {
     Held<ISpObjectToken> token;
-    HRESULT hr = CoCreateInstance(CLSID_SpObjectToken, nullptr, CLSCTX_ALL, IID_ISpObjectToken, token.out_void());
-    if (hr >= 0) hr = token->SetId(nullptr, (tokens_key + id).c_str(), FALSE);
+    const HRESULT hr = open_token(id, token);
     return hr < 0 ? hr : voice_->SetVoice(token.get());
 }
 

@@ -91,10 +91,14 @@ private:
 // The tokens of the voices that have all the attributes, in SAPI's syntax ("Language=407"), with "Vendor=Nelva".
 std::vector<std::wstring> our_voices(const std::wstring& attributes = L"");
 
-// One SpVoice, with the voice of the token `id` (the last part of its path), speaking into memory.
+// The sample rate of the token's voice, which the name of its file ends with. 0 where there is no such token.
+unsigned rate_of(const std::wstring& id);
+
+// One SpVoice, with the voice of the token `id` (the last part of its path), speaking into memory at the rate of that
+// voice: not every SAPI converts for a stream that wants another one.
 class Speaker {
 public:
-    explicit Speaker(const std::wstring& id, unsigned rate = 22050);
+    explicit Speaker(const std::wstring& id);
 
     ISpVoice* operator->() const { return voice_.get(); }
     HRESULT speak(const std::wstring& text, DWORD flags = SPF_DEFAULT);
@@ -106,7 +110,7 @@ private:
     Held<ISpVoice> voice_;
 };
 
-// What `text` sounds like with the voice's own settings.
+// What `text` sounds like, at the voice's rate and with its own settings.
 Samples spoken(const std::wstring& id, const std::wstring& text);
 
 // The samples' greatest distance from zero.
