@@ -121,10 +121,10 @@ foreach(token IN LISTS tokens)
   if(vox MATCHES "-(16i-mf|8v)$")
     string(APPEND add " --rate ${CMAKE_MATCH_1}")
   endif()
-  say("  !insertmacro AddVoice \"${add}\"")
+  say("  !insertmacro AddVoice \"${short}\" \"${add}\"")
   say("SectionEnd")
   windows_path(vox_path "${vox_file}")
-  string(APPEND take_away_${section} "  DeleteRegKey HKLM \"\${TOKENS}\\${id}\"\n"
+  string(APPEND take_away_${section} "  StrCpy $R1 ${id}\n  Call TakeTokenAway\n"
                                      "  Delete \"$INSTDIR\\${vox_path}\"\n")
   if(NOT base STREQUAL "en")
     windows_path(dictionary_path "${dictionary}")

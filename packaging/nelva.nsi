@@ -19,6 +19,7 @@ RequestExecutionLevel admin
 !define UNINSTALL "Software\Microsoft\Windows\CurrentVersion\Uninstall\Nelva"
 !define TOKENS "Software\Microsoft\Speech\Voices\Tokens"
 !define CLASS "Software\Classes\CLSID\{A174EDD5-7D96-4DE4-BACE-EF267627D834}"
+!define NOT_ADDED "$INSTDIR\voices-not-added.txt" ; which could not be, and why
 !define OTHER_LANGUAGES "Data of other languages"
 
 Name "Nelva"
@@ -38,6 +39,8 @@ VIAddVersionKey LegalCopyright "MIT and GPL-3.0-or-later; see the documentation"
 
 Var LexiconFolder
 Var Languages ; as on the command line; empty: not said
+Var Added ; how many voices were
+Var NotAdded ; the names of those that could not be, with commas between them
 
 !define MUI_ABORTWARNING
 !define MUI_ICON "${NSISDIR}/Contrib/Graphics/Icons/modern-install.ico"
@@ -77,11 +80,14 @@ Function ${UN}MakeWay
   ${While} ${FileExists} "$R0.$R1.old"
     IntOp $R1 $R1 + 1
   ${EndWhile}
+again:
   ClearErrors
   Rename "$R0" "$R0.$R1.old"
   ${If} ${Errors}
+    MessageBox MB_RETRYCANCEL|MB_ICONEXCLAMATION "$R0 is in use and cannot be replaced or removed. Close the programs that have \
+it open, and try again." /SD IDCANCEL IDRETRY again
     SetErrorLevel 5
-    Abort "$R0 is in use and cannot be replaced."
+    Abort
   ${EndIf}
   Delete /REBOOTOK "$R0.$R1.old"
 FunctionEnd
@@ -96,15 +102,46 @@ FunctionEnd
 !macroend
 
 ; A voice's token, from what nelva-voices finds in the voice file and asks Windows. A lexicon that the token names stays.
-!macro AddVoice ARGUMENTS
-  nsExec::Exec '"$INSTDIR\bin\nelva-voices.exe" add --quiet ${ARGUMENTS}'
+; One that cannot be added keeps nobody from the others: the end of the installation tells.
+!macro AddVoice NAME ARGUMENTS
+  nsExec::ExecToStack '"$INSTDIR\bin\nelva-voices.exe" add --quiet ${ARGUMENTS}'
   Pop $0
-  ${If} $0 != 0
-    SetErrorLevel 4
-    MessageBox MB_OK|MB_ICONSTOP "The voice ${ARGUMENTS} cannot be added (nelva-voices says $0)." /SD IDOK
-    Abort
+  Pop $1
+  ${If} $0 == 0
+    IntOp $Added $Added + 1
+  ${Else}
+    StrCpy $2 "${NAME}"
+    Call NoteNotAdded
   ${EndIf}
 !macroend
+
+; In: $0, what nelva-voices ended with; $1, what it said; $2, the voice.
+Function NoteNotAdded
+  ${If} $NotAdded != ""
+    StrCpy $NotAdded "$NotAdded, "
+  ${EndIf}
+  StrCpy $NotAdded "$NotAdded$2"
+  FileOpen $3 "${NOT_ADDED}" a
+  FileSeek $3 0 END
+  FileWriteUTF16LE /BOM $3 "$2 (nelva-voices ends with $0)$\r$\n$1$\r$\n"
+  FileClose $3
+FunctionEnd
+
+; None of them: a failure. Some: the person has voices, and is told which are missing.
+Function TellNotAdded
+  ${If} $NotAdded == ""
+    Return
+  ${EndIf}
+  StrCpy $0 $NotAdded 500 ; a message has its limits; the file has all of them
+  ${If} $Added == 0
+    SetErrorLevel 4
+    MessageBox MB_OK|MB_ICONSTOP "No voice can be added: $0.$\r$\n$\r$\nThe reasons are in ${NOT_ADDED}." /SD IDOK
+    Abort
+  ${EndIf}
+  SetErrorLevel 6
+  MessageBox MB_OK|MB_ICONEXCLAMATION "The voices are installed except for these, which cannot be added: $0.$\r$\n\
+$\r$\nThe reasons are in ${NOT_ADDED}." /SD IDOK
+FunctionEnd
 
 !macro RemoveProgram NAME
   StrCpy $R0 "$INSTDIR\bin\${NAME}"
@@ -129,9 +166,13 @@ FunctionEnd
 
 Section "-Before"
   SetOutPath "$INSTDIR"
+  StrCpy $Added 0
+  StrCpy $NotAdded ""
+  Delete "${NOT_ADDED}"
   Delete "$INSTDIR\bin\*.old"
   Call RemoveFromOldFolder
   Call TakeAwayUnchosen
+  Call WriteEntry
 SectionEnd
 
 Section "Programs and documentation" SEC_CORE
@@ -140,13 +181,6 @@ Section "Programs and documentation" SEC_CORE
 SectionEnd
 
 !insertmacro InstallVoices
-
-; A part's name is put into $R9 if it is chosen.
-!macro NoteVoice SECTION NAME BASE
-  ${If} ${SectionIsSelected} ${SECTION}
-    StrCpy $R9 "$R9,${NAME}"
-  ${EndIf}
-!macroend
 
 Section "-After"
   CreateDirectory "$LexiconFolder"
@@ -163,26 +197,10 @@ Section "-After"
     Abort
   ${EndIf}
 
-  StrCpy $R9 ""
-  !insertmacro ForEachVoice NoteVoice
-  StrCpy $R9 $R9 "" 1
-  WriteRegStr HKLM "${SOFTWARE}" "InstallDir" "$INSTDIR"
-  WriteRegStr HKLM "${SOFTWARE}" "Languages" "$R9"
-  WriteRegStr HKLM "${SOFTWARE}" "Version" "${VERSION}"
-
-  WriteUninstaller "$INSTDIR\uninstall.exe"
-  WriteRegStr HKLM "${UNINSTALL}" "DisplayName" "Nelva voices"
-  WriteRegStr HKLM "${UNINSTALL}" "DisplayVersion" "${VERSION}"
-  WriteRegStr HKLM "${UNINSTALL}" "DisplayIcon" "$INSTDIR\uninstall.exe"
-  WriteRegStr HKLM "${UNINSTALL}" "Publisher" "Nelva"
-  WriteRegStr HKLM "${UNINSTALL}" "InstallLocation" "$INSTDIR"
-  WriteRegStr HKLM "${UNINSTALL}" "UninstallString" '"$INSTDIR\uninstall.exe"'
-  WriteRegStr HKLM "${UNINSTALL}" "QuietUninstallString" '"$INSTDIR\uninstall.exe" /S'
-  WriteRegDWORD HKLM "${UNINSTALL}" "NoModify" 1
-  WriteRegDWORD HKLM "${UNINSTALL}" "NoRepair" 1
   ${GetSize} "$INSTDIR" "/S=0K" $0 $1 $2
   WriteRegDWORD HKLM "${UNINSTALL}" "EstimatedSize" $0
   SetRebootFlag false ; what is left of a replaced file hinders nobody
+  Call TellNotAdded
 SectionEnd
 
 ; ---- Which voices ----
@@ -236,6 +254,45 @@ Function .onInit
     ${If} $R1 != ""
       Call SelectVoices
     ${EndIf}
+  ${EndIf}
+FunctionEnd
+
+; A part's name is put into $R9 if it is chosen.
+!macro NoteVoice SECTION NAME BASE
+  ${If} ${SectionIsSelected} ${SECTION}
+    StrCpy $R9 "$R9,${NAME}"
+  ${EndIf}
+!macroend
+
+; The voices and the folder are noted before anything can go wrong, and the uninstaller is there: what an installation
+; that failed has left can be taken away, or completed by the next one.
+Function WriteEntry
+  StrCpy $R9 ""
+  !insertmacro ForEachVoice NoteVoice
+  StrCpy $R9 $R9 "" 1
+  WriteRegStr HKLM "${SOFTWARE}" "InstallDir" "$INSTDIR"
+  WriteRegStr HKLM "${SOFTWARE}" "Languages" "$R9"
+  WriteRegStr HKLM "${SOFTWARE}" "Version" "${VERSION}"
+
+  WriteUninstaller "$INSTDIR\uninstall.exe"
+  WriteRegStr HKLM "${UNINSTALL}" "DisplayName" "Nelva voices"
+  WriteRegStr HKLM "${UNINSTALL}" "DisplayVersion" "${VERSION}"
+  WriteRegStr HKLM "${UNINSTALL}" "DisplayIcon" "$INSTDIR\uninstall.exe"
+  WriteRegStr HKLM "${UNINSTALL}" "Publisher" "Nelva"
+  WriteRegStr HKLM "${UNINSTALL}" "InstallLocation" "$INSTDIR"
+  WriteRegStr HKLM "${UNINSTALL}" "UninstallString" '"$INSTDIR\uninstall.exe"'
+  WriteRegStr HKLM "${UNINSTALL}" "QuietUninstallString" '"$INSTDIR\uninstall.exe" /S'
+  WriteRegDWORD HKLM "${UNINSTALL}" "NoModify" 1
+  WriteRegDWORD HKLM "${UNINSTALL}" "NoRepair" 1
+FunctionEnd
+
+; In: $R1, a voice's id. Takes its token away if its data lies in our folder: another engine's may have the same name.
+Function TakeTokenAway
+  StrLen $R3 "$INSTDIR\"
+  ReadRegStr $R2 HKLM "${TOKENS}\$R1" "libPath"
+  StrCpy $R2 $R2 $R3
+  ${If} $R2 == "$INSTDIR\"
+    DeleteRegKey HKLM "${TOKENS}\$R1"
   ${EndIf}
 FunctionEnd
 
@@ -315,6 +372,7 @@ Section "Uninstall"
   !insertmacro RemoveFiles
   Delete "$INSTDIR\bin\*.old"
   Delete "$INSTDIR\uninstall.exe"
+  Delete "${NOT_ADDED}"
   RMDir "$INSTDIR\bin"
   SetOutPath "$TEMP"
   RMDir "$INSTDIR"

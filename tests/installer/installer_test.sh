@@ -70,6 +70,13 @@ content_is_there() {
         <(cd "$folder" && find . -type f ! -name uninstall.exe ! -name '*.old' -exec sha256sum {} + | sort -k 2)
 }
 
+# Another engine's voice, which has the name of one of ours: that one cannot be added.
+foreign_voice() { run reg add "$tokens\\nelva-$1" /v CLSID /d '{00000000-0000-0000-0000-00000000F0E1}' /f; }
+is_foreign() { run reg query "$tokens\\nelva-$1" /v CLSID | grep -q F0E1; }
+not_added=$folder/voices-not-added.txt
+not_added_are() { iconv -f UTF-16 -t UTF-8 "$not_added" | sed -n 's/ (nelva-voices ends with .*//p' | diff <(printf '%s\n' "$@") -; }
+reason_is_given() { iconv -f UTF-16 -t UTF-8 "$not_added" | grep -q "nelva-$1.*engine"; }
+
 old_files() { find "$folder/bin" -name '*.old'; }
 
 speaks() {
@@ -135,6 +142,19 @@ check 'an upgrade without options keeps the choice' gives 0 install
 check 'the same voices are left' tokens_are nelva-de nelva-en-gb
 check 'a language stands for its voices' gives 0 install /LANGUAGES=en
 check 'all voices of the language are there' differ <(all_tokens | grep "^nelva-en-") <(our_tokens)
+
+# A voice that cannot be added keeps nobody from the others.
+check 'another engine has the name of a voice' foreign_voice de
+check 'the other voices are installed all the same' gives 6 install /LANGUAGES=de,en-gb
+check 'one of them speaks' speaks nelva-en-gb
+check 'a file has the name of the one that is missing' not_added_are de
+check 'and the reason' reason_is_given de
+check 'the other engine keeps its voice' is_foreign de
+check 'without any voice the installation fails' gives 4 install /LANGUAGES=de
+check 'a voice that is not chosen is not missed' gives 0 install /LANGUAGES=en
+check 'nothing is said to be missing then' absent "$not_added"
+check 'the other engine still keeps its voice' is_foreign de
+check 'the other engine goes' run reg delete "$tokens\\nelva-de" /f
 check 'an unknown language is refused' gives 2 install /LANGUAGES=en,tlh
 check 'nothing was changed by that' differ <(all_tokens | grep "^nelva-en-") <(our_tokens)
 
