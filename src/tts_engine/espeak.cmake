@@ -22,8 +22,8 @@ if(NOT WIN32)
   target_link_libraries(dep_espeak INTERFACE m)
 endif()
 
-target_link_libraries(tts_engine PRIVATE nelva_options dep_espeak dep_expat dep_sonic dep_samplerate)
-target_compile_definitions(tts_engine PRIVATE TTS_ENGINE_BUILDING)
+target_link_libraries(tts_engine_objects PUBLIC nelva_options dep_espeak dep_expat dep_sonic dep_samplerate)
+target_compile_definitions(tts_engine_objects PRIVATE TTS_ENGINE_BUILDING)
 
 # This one file compiles espeak-ng's wave generator as a part of itself: it needs espeak-ng's internal headers, its
 # dialect of C and its flags (its arithmetic wraps around on purpose), and our warnings do not apply to it.

@@ -50,6 +50,14 @@ Streamer::Streamer(const StreamerVoice& voice, std::string_view text)
 // ---- Records
 
 tts_wave* Streamer::synth(std::uint32_t count) {
+    if (broken_) begin_again();
+    broken_ = true;
+    tts_wave* wave = next_record(count);
+    broken_ = false;
+    return wave;
+}
+
+tts_wave* Streamer::next_record(std::uint32_t count) {
     std::size_t wanted =
         count == 0 ? usual_milliseconds * output_.rate() / 1000 : std::min<std::size_t>(count, most_samples);
     if (output_.taken() == 0) wanted = std::min(wanted, first_milliseconds * output_.rate() / 1000);
@@ -74,13 +82,15 @@ tts_wave* Streamer::synth(std::uint32_t count) {
 tts_wave* Streamer::deliver(std::size_t count) {
     const std::uint64_t first = output_.taken();
     count = samples_before_new_pitch(count);
-    std::vector<OutputEvent> events;
-    while (!events_.empty() && events_.front().sample < first + count) {
-        if (is_pitch(events_.front())) pitch_mark_ = events_.front().mark;
-        events.push_back(std::move(events_.front()));
-        events_.pop_front();
-    }
-    tts_wave* wave = make_wave(output_.ready().first(count), events, first);
+    const auto behind = std::find_if(events_.begin(), events_.end(),
+                                     [=](const OutputEvent& event) { return event.sample >= first + count; });
+    std::string pitch = pitch_mark_;
+    for (auto event = events_.begin(); event != behind; ++event)
+        if (is_pitch(*event)) pitch = event->mark;
+    tts_wave* wave =
+        make_wave(output_.ready().first(count), events_, static_cast<std::size_t>(behind - events_.begin()), first);
+    pitch_mark_ = std::move(pitch);
+    events_.erase(events_.begin(), behind);
     heard_ = number_;
     output_.take(count);
     return wave;
@@ -102,13 +112,11 @@ std::size_t Streamer::samples_before_new_pitch(std::size_t count) const {
 // What is left when all audio is out: marks at the document's end, the closed mouth.
 tts_wave* Streamer::deliver_rest() {
     if (last_viseme_ != nullptr) emit_viseme("sil");
-    const bool silent = output_.made() == 0;
-    std::vector<OutputEvent> rest;
-    for (OutputEvent& event : events_)
-        if (!silent || !is_pitch(event)) rest.push_back(std::move(event));
+    if (output_.made() == 0) std::erase_if(events_, is_pitch);
+    if (events_.empty()) return nullptr;
+    tts_wave* wave = make_wave({}, events_, events_.size(), output_.taken());
     events_.clear();
-    if (rest.empty()) return nullptr;
-    return make_wave({}, rest, output_.taken());
+    return wave;
 }
 
 void Streamer::make_silence(std::size_t count) {
@@ -338,8 +346,8 @@ void Streamer::emit_sentence() {
 void Streamer::emit_viseme(const char* label) {
     static constexpr std::string_view closed = "sil";
     if (label == nullptr || (last_viseme_ != nullptr && label == closed && last_viseme_ == closed)) return;
-    last_viseme_ = label;
     emit({TTS_EVENT_VISEME, output_.made(), 0, 0, label, {}});
+    last_viseme_ = label;
 }
 
 void Streamer::emit(OutputEvent event) { events_.push_back(std::move(event)); }
@@ -389,9 +397,11 @@ bool Streamer::skip_to(std::int64_t sentence, std::string pitch) {
 
 bool Streamer::jump(std::int32_t count) {
     const std::int64_t goal = std::max<std::int64_t>(0, heard_ + count);
-    std::string pitch = forget_output();
     // What is begun, or behind, is read again from the document's start.
-    if (goal <= number_ || ended_) {
+    const bool from_start = broken_ || goal <= number_ || ended_;
+    broken_ = true;
+    std::string pitch = forget_output();
+    if (from_start) {
         restart();
         pitch.clear();
     }
@@ -402,7 +412,15 @@ bool Streamer::jump(std::int32_t count) {
         found = skip_to(last, {});
     }
     if (found) heard_ = number_;
+    broken_ = false;
     return found;
+}
+
+// Back to the start of the sentence that was heard last, whatever state all is in.
+void Streamer::begin_again() {
+    forget_output();
+    restart();
+    if (heard_ > 0) skip_to(heard_, {});
 }
 
 }  // namespace tts

@@ -3,6 +3,9 @@
 // It speaks sentence by sentence and computes only what is asked for. Audio and events of one sentence come out in
 // records that hold no part of two sentences. Where a pitch mark asks for another pitch a record ends, since the caller
 // applies a pitch to a whole record.
+//
+// Memory may run out at any place (std::bad_alloc), and espeak-ng may refuse a voice (std::runtime_error). Then the
+// call is lost, and the next one begins the sentence that was heard last again: no state is half changed after that.
 #ifndef TTS_ENGINE_STREAMER_H
 #define TTS_ENGINE_STREAMER_H
 
@@ -49,6 +52,8 @@ private:
     std::optional<Said> words(std::span<const std::string> written, std::uint16_t language) override;
     std::size_t most_words() const override;
     std::string mnemonics(std::string_view ipa, std::uint16_t language) override;
+    tts_wave* next_record(std::uint32_t count);
+    void begin_again();
     bool next_sentence();
     bool next_part();
     void start_speech(std::uint32_t end);
@@ -93,6 +98,7 @@ private:
     bool speaking_ = false;
     bool announced_ = false;  // the sentence's event is out
     bool ended_ = false;
+    bool broken_ = false;             // a call was left by an exception
     std::uint64_t silence_ = 0;       // of a pause still to come, in samples of espeak-ng's, as the next two
     std::uint64_t owed_silence_ = 0;  // that comes if another sentence does
     std::uint64_t part_taken_ = 0;    // of the part's audio

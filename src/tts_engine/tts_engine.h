@@ -80,7 +80,8 @@ TTS_API int32_t TTS_CALL tts_dict_load(tts_voice voice, const char* path);
 TTS_API tts_streamer TTS_CALL tts_streamer_start(tts_voice voice, const char* ssml, float);
 
 // The next piece, of about `samples` samples; it may hold more or fewer, also none (a piece without samples carries the
-// events that stand behind the last one, at offset 0). Null when nothing more comes.
+// events that stand behind the last one, at offset 0). Null when nothing more comes, or after a failure, of which
+// `tts_errmsg` tells.
 TTS_API tts_wave* TTS_CALL tts_streamer_synth(tts_streamer streamer, uint32_t samples);
 
 // Jumps `count` sentences forward (above 0) or back (below 0) from the one that the last piece belongs to; 0 starts

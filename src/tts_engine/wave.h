@@ -3,10 +3,9 @@
 #define TTS_ENGINE_WAVE_H
 
 #include <cstdint>
+#include <deque>
 #include <span>
 #include <string>
-#include <variant>
-#include <vector>
 
 #include "tts_engine/tts_engine.h"
 
@@ -22,8 +21,10 @@ struct OutputEvent {
     std::string mark;              // the name of a mark
 };
 
-// A record in one block, with copies of all: samples `first` and on, events counted from there. Throws std::bad_alloc.
-tts_wave* make_wave(std::span<const std::int16_t> samples, std::span<const OutputEvent> events, std::uint64_t first);
+// A record in one block, with copies of all: samples `first` and on, and the first `count` events, counted from there.
+// Throws std::bad_alloc.
+tts_wave* make_wave(std::span<const std::int16_t> samples, const std::deque<OutputEvent>& events, std::size_t count,
+                    std::uint64_t first);
 
 void delete_wave(tts_wave* wave);
 

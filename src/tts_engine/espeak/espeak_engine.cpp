@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <clocale>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -48,9 +49,10 @@ State& state() {
 struct Collector {
     std::vector<SpeechEvent>* events;
     std::uint64_t base;
+    bool lost = false;  // an event found no memory
 };
 
-// Called from C code: nothing may be thrown through it, so an event that finds no memory is lost.
+// Called from C code: nothing may be thrown through it.
 void collect(void* context, const espeak_stepper_event* event) noexcept {
     auto* collector = static_cast<Collector*>(context);
     SpeechEvent result{};
@@ -62,6 +64,7 @@ void collect(void* context, const espeak_stepper_event* event) noexcept {
     try {
         collector->events->push_back(result);
     } catch (...) {
+        collector->lost = true;
     }
 }
 
@@ -115,23 +118,59 @@ std::string search_language(std::string tag) {
 
 void set_voice(State& engine, const std::string& language, const std::string& variant) {
     if (engine.language == language && engine.variant == variant) return;
-    engine.language.clear();
     const std::string name = variant.empty() ? language : language + "+" + variant;
+    std::string new_language = language;
+    std::string new_variant = variant;
+    engine.language.clear();
     if (espeak_ng_SetVoiceByName(name.c_str()) != ENS_OK)
         throw std::runtime_error("espeak-ng has no voice \"" + name + "\"");
-    engine.language = language;
-    engine.variant = variant;
+    engine.language = std::move(new_language);
+    engine.variant = std::move(new_variant);
+}
+
+// espeak-ng sets the character locale of the whole process and does not need it: it brings its own character tables.
+class LocaleKept {
+public:
+    LocaleKept() {
+        if (const char* name = std::setlocale(LC_CTYPE, nullptr)) name_ = name;
+    }
+    ~LocaleKept() {
+        if (!name_.empty()) std::setlocale(LC_CTYPE, name_.c_str());
+    }
+    LocaleKept(const LocaleKept&) = delete;
+    LocaleKept& operator=(const LocaleKept&) = delete;
+
+private:
+    std::string name_;
+};
+
+int start_stepper(const std::string& path, char* reason, std::size_t size) {
+    const LocaleKept locale;
+    try {
+        return espeak_stepper_start(path.c_str(), reason, size);
+    } catch (...) {
+        espeak_stepper_end();
+        throw;
+    }
+}
+
+// Drops the text in work. A failure means nothing: the next text starts from nothing.
+void drop_text() noexcept {
+    try {
+        espeak_stepper_drop();
+    } catch (...) {
+    }
 }
 
 void read_data(State& engine, const std::string& lib_path, const std::filesystem::path& folder) {
     // espeak-ng keeps its path in a buffer of this size, and adds names of files to it.
-    const std::string path = native_name_of(folder);
+    std::string path = native_name_of(folder);
     if (path.empty() || path.size() > 150)
         throw std::runtime_error("the path of the synthesiser's data is too long or not usable here: " + lib_path);
     char reason[512] = "";
-    if (espeak_stepper_start(path.c_str(), reason, sizeof reason) != 0)
+    if (start_stepper(path, reason, sizeof reason) != 0)
         throw std::runtime_error("the synthesiser's data in \"" + lib_path + "\" cannot be read: " + reason);
-    engine.data = path;
+    engine.data = std::move(path);
     engine.language.clear();
     engine.known.clear();
     engine.phonemes.clear();
@@ -185,9 +224,9 @@ void Generation::stop() {
     std::lock_guard<std::mutex> guard(engine.lock);
     samples_.clear();
     events_.clear();
-    in_work_ = false;
+    in_work_ = lost_ = false;
     if (engine.in_work != this) return;
-    espeak_stepper_drop();
+    drop_text();
     engine.in_work = nullptr;
 }
 
@@ -203,9 +242,11 @@ void step(State& engine, std::vector<std::int16_t>& samples, std::vector<SpeechE
     const std::size_t made = espeak_stepper_fill(samples.data() + before, count, collect, &collector, &done);
     samples.resize(before + made);
     produced += made;
-    if (!done) return;
-    in_work = false;
-    engine.in_work = nullptr;
+    if (done) {
+        in_work = false;
+        engine.in_work = nullptr;
+    }
+    if (collector.lost) throw std::bad_alloc();
 }
 
 }  // namespace
@@ -217,9 +258,10 @@ void Generation::finish_work() {
         try {
             step(engine, other->samples_, other->events_, other->produced_, samples_per_drain_step, other->in_work_);
         } catch (const std::bad_alloc&) {
-            // Its owner loses the rest of that piece, not its life.
-            espeak_stepper_drop();
+            // It is told to the owner, who is not the one that called here.
+            if (engine.in_work != nullptr) drop_text();
             other->in_work_ = false;
+            other->lost_ = true;
             engine.in_work = nullptr;
         }
     }
@@ -277,14 +319,14 @@ void Generation::start(SpeechRequest request) {
     State& engine = state();
     std::lock_guard<std::mutex> guard(engine.lock);
     if (engine.in_work == this) {
-        espeak_stepper_drop();
+        drop_text();
         engine.in_work = nullptr;
     }
     finish_work();
     samples_.clear();
     events_.clear();
     produced_ = 0;
-    in_work_ = false;
+    in_work_ = lost_ = false;
     request_ = std::move(request);
     set_voice(engine, request_.language, request_.variant);
     pitches_.clear();
@@ -301,6 +343,7 @@ void Generation::start(SpeechRequest request) {
 bool Generation::pull(std::size_t count, std::vector<std::int16_t>& samples, std::vector<SpeechEvent>& events) {
     State& engine = state();
     std::lock_guard<std::mutex> guard(engine.lock);
+    if (lost_) throw std::bad_alloc();
     const bool more = in_work_ || !samples_.empty() || !events_.empty();
     if (samples_.empty() && in_work_) step(engine, samples, events, produced_, count, in_work_);
     // What another thread finished here comes as one piece; the owner cuts it up.

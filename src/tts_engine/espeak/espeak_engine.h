@@ -65,7 +65,8 @@ public:
     void stop();
 
     // Appends at least one and, but for what is there already, at most `count` new samples, and the events that came
-    // with them. False when the piece has no more; nothing is appended then.
+    // with them. False when the piece has no more; nothing is appended then. Throws std::bad_alloc, also if another
+    // thread found no memory for the rest of this piece.
     bool pull(std::size_t count, std::vector<std::int16_t>& samples, std::vector<SpeechEvent>& events);
 
 private:
@@ -78,6 +79,7 @@ private:
     std::vector<SpeechEvent> events_;
     std::uint64_t produced_ = 0;
     bool in_work_ = false;
+    bool lost_ = false;  // memory ran out for the rest of the piece
 };
 
 class EspeakEngine {

@@ -1,6 +1,5 @@
 // The wave generator of espeak-ng and the loop around it. See espeak_stepper.h for what this relies on.
 
-#include <locale.h>
 #include <math.h>
 #include <stdbool.h>
 #include <stdint.h>
@@ -34,6 +33,7 @@ static _Bool resume;
 
 #include "dictionary.h"
 #include "error.h"
+#include "klatt.h"
 #include "phoneme.h"
 #include "readclause.h"
 #include "speech.h"
@@ -85,17 +85,9 @@ void espeak_stepper_marker(int type, unsigned int char_position, int value, int 
 }
 
 int espeak_stepper_start(const char* data, char* message, size_t message_size) {
-    // espeak-ng sets the character locale of the whole process and does not need it: it brings its own character
-    // tables.
-    char* before = setlocale(LC_CTYPE, NULL);
-    char* saved = before == NULL ? NULL : strdup(before);
     espeak_ng_ERROR_CONTEXT context = NULL;
     espeak_ng_InitializePath(data);
     espeak_ng_STATUS status = espeak_ng_Initialize(&context);
-    if (saved != NULL) {
-        setlocale(LC_CTYPE, saved);
-        free(saved);
-    }
     if (status == ENS_OK) {
         espeak_ng_SetPhonemeEvents(1, 1);
         return 0;
@@ -121,6 +113,8 @@ void espeak_stepper_end(void) {
 
 static void reset_wave_generator(void) {
     empty_queue();
+    // Also where memory ran out while one of them was made anew, there is a Klatt generator again.
+    KlattReset(1);
     espeak_srand(1);
     memset(&wdata, 0, sizeof wdata);
     wdata.amplitude = 32;

@@ -9,6 +9,9 @@
 // one lock held (espeak_engine.h). Each `begin` starts from the same state of the wave generator, so a text sounds
 // sample by sample the same whatever was spoken before.
 //
+// A part of espeak-ng is C++ and throws std::bad_alloc, which may come out of every function here. The text in work is
+// lost then and is dropped.
+//
 // What this relies on of espeak-ng 1.52.0, all in espeak_stepper.c: the loop of Synthesize() in speech.c, which it
 // follows; that the wave generator (wavegen.c, compiled as part of espeak_stepper.c) writes from `out_ptr` to `out_end`
 // and reports by MarkerEvent(); and the names of the generator's own state.
