@@ -2,6 +2,9 @@
 #include "tools/host/files.h"
 
 #include <cerrno>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
 
 #ifdef _WIN32
 #include <fcntl.h>
@@ -10,10 +13,13 @@
 
 #include "tools/host/hresult.h"
 #include "tools/host/utf.h"
+#include "tts_engine/file_names.h"
 
 namespace host {
 
 namespace {
+
+namespace fs = std::filesystem;
 
 #ifdef _WIN32
 constexpr const char* separators = "/\\";
@@ -37,6 +43,8 @@ FILE* as_bytes(FILE* standard) {
 }
 
 std::string shown(const std::string& path, const char* standard) { return path == "-" ? standard : "'" + path + "'"; }
+
+std::string without_detours(const fs::path& path) { return tts::utf8_of(path.lexically_normal().make_preferred()); }
 
 }  // namespace
 
@@ -96,6 +104,27 @@ std::string folder_of(const std::string& path) {
     const std::size_t slash = path.find_last_of(separators);
     if (slash == std::string::npos) return ".";
     return slash == 0 ? path.substr(0, 1) : path.substr(0, slash);
+}
+
+std::string full_path(const std::string& path) { return without_detours(fs::absolute(tts::path_of(path))); }
+
+std::string path_in(const std::string& folder, const std::string& name) {
+    return without_detours(tts::path_of(folder) / tts::path_of(name));
+}
+
+bool file_exists(const std::string& path) {
+    std::error_code error;
+    return fs::is_regular_file(tts::path_of(path), error);
+}
+
+bool folder_exists(const std::string& path) {
+    std::error_code error;
+    return fs::is_directory(tts::path_of(path), error);
+}
+
+void make_folder(const std::string& path) {
+    std::error_code ignored;
+    fs::create_directories(tts::path_of(path), ignored);
 }
 
 bool is_absolute_path(const std::string& path) {

@@ -41,6 +41,14 @@ std::string program_folder();
 // The folder part of a path with slashes (on Windows also backslashes), "." when it has none.
 std::string folder_of(const std::string& path);
 
+// The path from the root on, and one path inside of another: with the platform's own separators, without "." and "..".
+std::string full_path(const std::string& path);
+std::string path_in(const std::string& folder, const std::string& name);
+
+bool file_exists(const std::string& path);  // and is no folder
+bool folder_exists(const std::string& path);
+void make_folder(const std::string& path);  // and those above it; a failure shows when it is used
+
 // True for "/x", and on Windows for "\x", "\\server\x" and "C:\x" too.
 bool is_absolute_path(const std::string& path);
 

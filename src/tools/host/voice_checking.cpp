@@ -1,12 +1,12 @@
 // Each group of values has a function that puts its faults into one list.
 #include "tools/host/voice_checking.h"
 
+#include "tools/host/files.h"
 #include "tools/host/hresult.h"
 #include "tools/host/speaker.h"
 #include "tools/host/utf.h"
 #include "tools/host/voice_data.h"
 #include "tools/host/voice_language.h"
-#include "tools/host/voice_places.h"
 #include "tools/host/wav_writer.h"
 
 #ifndef _WIN32

@@ -18,11 +18,6 @@ namespace fs = std::filesystem;
 
 constexpr const char* our_mark = "# Written by nelva-voices";
 
-std::string utf8(const fs::path& path) {
-    const std::u8string text = path.u8string();
-    return {text.begin(), text.end()};
-}
-
 // All files below a folder, by their paths in order; none where there is no such folder.
 std::vector<std::string> files_below(const std::string& folder) {
     std::vector<std::string> result;
@@ -30,13 +25,13 @@ std::vector<std::string> files_below(const std::string& folder) {
     fs::recursive_directory_iterator entry(tts::path_of(folder), error), end;
     for (; !error && entry != end; entry.increment(error)) {
         std::error_code ignored;
-        if (entry->is_regular_file(ignored)) result.push_back(utf8(entry->path()));
+        if (entry->is_regular_file(ignored)) result.push_back(tts::utf8_of(entry->path()));
     }
     std::sort(result.begin(), result.end());
     return result;
 }
 
-std::string last_name(const std::string& path) { return utf8(tts::path_of(path).filename()); }
+std::string last_name(const std::string& path) { return tts::utf8_of(tts::path_of(path).filename()); }
 
 bool ends_with(std::string_view text, std::string_view end) {
     return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;

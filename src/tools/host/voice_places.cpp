@@ -1,32 +1,18 @@
 // Where things are: bin and share stand side by side, wherever somebody put them.
 #include "tools/host/voice_places.h"
 
-#include <filesystem>
-#include <system_error>
-
 #include "tools/host/files.h"
 #include "tools/host/utf.h"
-#include "tts_engine/file_names.h"
 
 namespace host {
 
 namespace {
 
-namespace fs = std::filesystem;
-
-std::string utf8(fs::path path) {
-    path = path.lexically_normal().make_preferred();
-    const std::u8string text = path.u8string();
-    return {text.begin(), text.end()};
-}
-
-std::string full(const std::string& path) { return utf8(fs::absolute(tts::path_of(path))); }
-
 // Seen from the folder above the program's own.
-std::string beside(const std::string& name) { return full(program_folder() + "/../" + name); }
+std::string beside(const std::string& name) { return full_path(program_folder() + "/../" + name); }
 
 std::string given_or(const std::string& given, const std::string& otherwise) {
-    return given.empty() ? otherwise : full(given);
+    return given.empty() ? otherwise : full_path(given);
 }
 
 #ifdef _WIN32
@@ -49,25 +35,6 @@ std::string own_folder(bool user) {
 
 }  // namespace
 
-std::string path_in(const std::string& folder, const std::string& name) {
-    return utf8(tts::path_of(folder) / tts::path_of(name));
-}
-
-bool file_exists(const std::string& path) {
-    std::error_code error;
-    return fs::is_regular_file(tts::path_of(path), error);
-}
-
-bool folder_exists(const std::string& path) {
-    std::error_code error;
-    return fs::is_directory(tts::path_of(path), error);
-}
-
-void make_folder(const std::string& path) {
-    std::error_code ignored;
-    fs::create_directories(tts::path_of(path), ignored);
-}
-
 VoicePlaces voice_places(const VoicesOptions& options) {
     VoicePlaces places;
     places.data = given_or(options.data, beside("share/espeak-ng-data"));
@@ -82,7 +49,7 @@ VoicePlaces voice_places(const VoicesOptions& options) {
     places.editor = path_in(program_folder(), editor_name);
     if (!file_exists(places.editor)) places.editor.clear();
 #endif
-    if (options.editor) places.editor = options.editor->empty() ? std::string() : full(*options.editor);
+    if (options.editor) places.editor = options.editor->empty() ? std::string() : full_path(*options.editor);
     return places;
 }
 

@@ -21,13 +21,6 @@ struct VoicePlaces {
 
 VoicePlaces voice_places(const VoicesOptions& options);
 
-// One path inside of another, with the platform's separator.
-std::string path_in(const std::string& folder, const std::string& name);
-
-bool file_exists(const std::string& path);  // and is no folder
-bool folder_exists(const std::string& path);
-void make_folder(const std::string& path);  // and those above it; a failure shows when it is used
-
 }  // namespace host
 
 #endif
