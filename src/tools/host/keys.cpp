@@ -2,6 +2,7 @@
 #include "tools/host/keys.h"
 
 #include <cstdio>
+#include <string>
 
 #include "tools/host/progress.h"
 
@@ -76,10 +77,6 @@ std::vector<Key> keys_in(std::string_view bytes) {
         bytes.remove_prefix(is_other_key ? sequence : row ? row->bytes.size() : 1);
     }
     return result;
-}
-
-std::string keys_help() {
-    return "space stops, left and right skip a sentence, up and down change the rate, + and - the volume";
 }
 
 #ifdef _WIN32

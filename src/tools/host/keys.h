@@ -3,7 +3,6 @@
 #define NELVA_TOOLS_HOST_KEYS_H
 
 #include <memory>
-#include <string>
 #include <string_view>
 #include <vector>
 
@@ -27,9 +26,6 @@ public:
 // The terminal that this program runs on, with its line editing off until the object goes. Without a terminal a source
 // that never has a key. `standard_input_is_free` says that nobody else reads standard input.
 std::unique_ptr<KeySource> open_terminal_keys(bool standard_input_is_free);
-
-// One line on what the keys do.
-std::string keys_help();
 
 }  // namespace host
 
