@@ -84,7 +84,16 @@ int remove(const VoicesOptions& options, const VoicePlaces& places) {
     return exit_done;
 }
 
-// The class first: without it, setting a voice up tells nothing about the voice.
+// Without the class, setting the voice up would tell nothing about the voice; `server` may be null then.
+std::vector<std::string> faults_of(const Voice& voice, const std::string& class_fault, EngineServer* server) {
+    std::vector<std::string> faults = faults_of_token(voice);
+    if (!class_fault.empty()) faults.push_back(class_fault);
+    if (!faults.empty()) return faults;
+    const std::string fault = fault_of_set_up(voice, server);
+    if (!fault.empty()) faults.push_back(fault);
+    return faults;
+}
+
 int check(const VoicesOptions& options, const VoicePlaces& places) {
     const std::vector<Voice> voices = chosen_voices(options, places);
     const std::string class_fault = fault_of_class(nelva_class_id);
@@ -92,10 +101,7 @@ int check(const VoicesOptions& options, const VoicePlaces& places) {
     if (class_fault.empty()) server.emplace(engine_module_path());
     std::size_t wrong = 0;
     for (const Voice& voice : voices) {
-        std::vector<std::string> faults = faults_of_token(voice);
-        if (!class_fault.empty()) faults.push_back(class_fault);
-        if (faults.empty()) faults.push_back(fault_of_set_up(voice, &*server));
-        if (faults == std::vector<std::string>{""}) faults.clear();
+        const std::vector<std::string> faults = faults_of(voice, class_fault, server ? &*server : nullptr);
         for (const std::string& fault : faults) std::printf("%s\twrong: %s\n", voice.id.c_str(), fault.c_str());
         if (faults.empty()) tell(options, voice.id + "\tright");
         wrong += !faults.empty();
