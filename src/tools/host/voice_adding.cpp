@@ -1,8 +1,6 @@
 // From languages to tokens. See the header.
 #include "tools/host/voice_adding.h"
 
-#include <algorithm>
-#include <cstdio>
 #include <filesystem>
 #include <system_error>
 
@@ -17,10 +15,9 @@ namespace host {
 
 namespace {
 
-constexpr const char* class_text = "{A174EDD5-7D96-4DE4-BACE-EF267627D834}";
 constexpr const char* vendor = "Nelva";
 constexpr std::string_view usual_rate = "22i";
-constexpr HRESULT already_exists = hresult_from_win32(183);
+constexpr HRESULT already_exists = hresult_from_win32(183);  // ERROR_ALREADY_EXISTS
 
 // A voice of which the token is still to be made.
 struct Request {
@@ -30,12 +27,6 @@ struct Request {
     const VoiceRate* rate;
     bool is_new;  // the file has to be written
 };
-
-const VoiceRate* rate_with(const std::string& suffix) {
-    for (const VoiceRate& rate : voice_rates)
-        if (suffix == rate.suffix) return &rate;
-    return nullptr;
-}
 
 [[noreturn]] void unknown_to_the_synthesiser(const std::string& kind, const std::string& name,
                                              const std::vector<std::string>& known, const std::string& folder) {
@@ -118,7 +109,7 @@ KeyData token_of(const Request& request, const VoiceLanguage& language, const Sy
     const std::string& folder = request.is_new ? places.new_voices : places.voices;
     KeyData token;
     token.values[""] = name;
-    token.values["CLSID"] = class_text;
+    token.values["CLSID"] = nelva_class_text;
     token.values["libPath"] = places.data;
     token.values["voxPath"] = path_in(folder, request.file_name);
     if (!lexicon.empty()) token.values["lexPath"] = lexicon;
@@ -163,17 +154,12 @@ std::vector<PlannedVoice> plan_all(const VoicesOptions& options, const VoicePlac
     return result;
 }
 
-// The folders of a user's own voices are looked into as well: a file that was written before is found again.
-std::vector<VoiceFile> all_voice_files(const VoicePlaces& places, std::vector<std::string>* notes) {
-    return voice_files(places.voices, notes);
-}
-
 }  // namespace
 
 std::vector<PlannedVoice> plan_voices(const VoicesOptions& options, const VoicePlaces& places,
                                       std::vector<std::string>* notes) {
     const SynthesiserData data(places.data);
-    const std::vector<VoiceFile> files = all_voice_files(places, notes);
+    const std::vector<VoiceFile> files = voice_files(places.voices, notes);
     if (options.all) return plan_all(options, places, data, files, notes);
     if (!options.variant.empty() && !data.has_variant(options.variant))
         unknown_to_the_synthesiser("variant", options.variant, data.variants(), places.data);

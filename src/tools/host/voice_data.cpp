@@ -33,10 +33,6 @@ std::vector<std::string> files_below(const std::string& folder) {
 
 std::string last_name(const std::string& path) { return tts::utf8_of(tts::path_of(path).filename()); }
 
-bool ends_with(std::string_view text, std::string_view end) {
-    return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
-}
-
 bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
 
 // The word behind `key` in each line that begins with it.
@@ -61,13 +57,17 @@ bool is_in(const std::vector<std::string>& names, const std::string& name) {
 
 }  // namespace
 
+const VoiceRate* rate_with(std::string_view suffix) {
+    for (const VoiceRate& rate : voice_rates)
+        if (suffix == rate.suffix) return &rate;
+    return nullptr;
+}
+
+// A bare "22i" or "8v" is no voice; "16i-mf" is one.
 const VoiceRate* rate_of(std::string_view voice_file) {
-    for (const char* const suffix : {"16i-mf", "22i", "8v"}) {
-        const std::size_t least = std::string_view(suffix) == "22i" ? 4 : 3;
-        if (voice_file.size() < least || !ends_with(voice_file, suffix)) continue;
-        for (const VoiceRate& rate : voice_rates)
-            if (std::string_view(rate.suffix) == suffix) return &rate;
-    }
+    if (voice_file == "22i" || voice_file == "8v") return nullptr;
+    for (const VoiceRate& rate : voice_rates)
+        if (voice_file.ends_with(rate.suffix)) return &rate;
     return nullptr;
 }
 

@@ -18,6 +18,9 @@ struct VoiceRate {
 };
 inline constexpr VoiceRate voice_rates[] = {{"22i", ""}, {"16i-mf", "16 kHz"}, {"8v", "8 kHz"}};
 
+// Null for a suffix that none has.
+const VoiceRate* rate_with(std::string_view suffix);
+
 // The rate that a voice file's name promises, by the engine's own rule; null when it promises none.
 const VoiceRate* rate_of(std::string_view voice_file);
 

@@ -14,6 +14,7 @@ namespace host {
 
 // The class of this project's engine; voices of other engines are used only when asked for by name.
 inline constexpr CLSID nelva_class_id = {0xA174EDD5, 0x7D96, 0x4DE4, {0xBA, 0xCE, 0xEF, 0x26, 0x76, 0x27, 0xD8, 0x34}};
+inline constexpr const char* nelva_class_text = "{A174EDD5-7D96-4DE4-BACE-EF267627D834}";  // the same in a token
 
 struct Voice {
     std::string id;     // the token's key name, or the file's name without ".json"

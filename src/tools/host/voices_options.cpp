@@ -35,12 +35,8 @@ struct Option {
 };
 
 void set_rate(const std::string& value, VoicesOptions* options) {
-    for (const VoiceRate& rate : voice_rates) {
-        if (value != rate.suffix) continue;
-        options->rate = value;
-        return;
-    }
-    throw UsageError("--rate is 22i, 16i-mf or 8v, not '" + value + "'");
+    if (!rate_with(value)) throw UsageError("--rate is 22i, 16i-mf or 8v, not '" + value + "'");
+    options->rate = value;
 }
 
 using Text = const std::string&;
