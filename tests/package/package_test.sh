@@ -6,6 +6,8 @@
 #
 # All of it happens in a fresh folder with a blank in its name. Where GTEST_OUTPUT asks for a report, one is written.
 set -u
+# shellcheck source=tests/support/checks.sh
+source "$(dirname "${BASH_SOURCE[0]}")/../support/checks.sh"
 # Ninja is what the project itself builds with; make need not be there.
 export CMAKE_GENERATOR=Ninja
 export LC_ALL=C.UTF-8
@@ -15,8 +17,6 @@ source=$(cd "$1" && pwd) || exit 1
 build=$(cd "$2" && pwd) || exit 1
 cmake=$3
 compiler=$4
-cases=0
-failures=0
 
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
@@ -25,17 +25,6 @@ cd "$scratch/away from the tree" || exit 1
 warnings=(-Wall -Wextra -Wpedantic -Werror)
 
 # ---- Checking ----
-
-complain() {
-    failures=$((failures + 1))
-    printf 'FAILED %s\n' "$*"
-}
-
-# same NAME EXPECTED ACTUAL
-same() {
-    cases=$((cases + 1))
-    [ "$2" == "$3" ] || complain "$1"$'\n  expected: '"$2"$'\n  actual:   '"$3"
-}
 
 # works NAME COMMAND...: its output is shown only if it fails.
 works() {
@@ -48,18 +37,17 @@ works() {
     return 1
 }
 
-report() {
+finish() {
     case ${GTEST_OUTPUT-} in
         xml:*) printf '<?xml version="1.0" encoding="UTF-8"?>\n<testsuites tests="%d" failures="%d" errors="0"/>\n' \
-            $cases $failures >"${GTEST_OUTPUT#xml:}" ;;
+            "$cases" "$failures" >"${GTEST_OUTPUT#xml:}" ;;
     esac
-    printf '%d checks, %d failed\n' $cases $failures
-    [ $failures == 0 ]
+    report
 }
 
 # Without a package nothing else can be looked at.
-give_up() {
-    report
+stop_here() {
+    finish
     exit 1
 }
 
@@ -71,7 +59,7 @@ cached() { sed -n "s/^$1:[A-Z]*=//p" "$build/CMakeCache.txt"; }
 
 # ---- The library ----
 
-works install_devel "$cmake" --install "$build" --prefix "$PWD/made here" --component devel || give_up
+works install_devel "$cmake" --install "$build" --prefix "$PWD/made here" --component devel || stop_here
 mv 'made here' 'moved there'
 prefix="$PWD/moved there"
 include=$prefix/include/nelva
@@ -124,7 +112,7 @@ runs() {
 mkdir programs
 cp -r "$source"/examples/*/ programs
 rm -rf programs/tone-engine # no program on the library but a synthesiser; tests/engine_check builds it
-cd programs || give_up
+cd programs || stop_here
 examples=$(names . '*/' | tr -d /)
 same there_are_examples 3 "$(wc -w <<<"$examples")"
 for example in $examples; do
@@ -152,12 +140,12 @@ cd ..
 
 # ---- The products ----
 
-works install_all "$cmake" --install "$build" --prefix "$PWD/made here" || give_up
+works install_all "$cmake" --install "$build" --prefix "$PWD/made here" || stop_here
 mv 'made here' 'everything'
 same all_holds_both 'bin include lib share' "$(names everything '*')"
 no_paths all_knows_no_path everything
 mkdir elsewhere
-cd elsewhere || give_up
+cd elsewhere || stop_here
 say=../everything/bin/nelva-say
 same voices_come_along "$(names "$source/data/tokens" '*.json' | sed 's/\.json\>//g')" \
     "$("$say" --list-voices | sed 's/\t.*/.json/' | sort | sed 's/\.json$//' | paste -sd' ')"
@@ -168,4 +156,4 @@ same products_have_their_licences 0 "$(for name in sonic expat espeak-ng; do
     [ -s "../everything/share/doc/nelva/licences/$name-COPYING" ] || echo "$name"
 done | wc -l)"
 
-report
+finish

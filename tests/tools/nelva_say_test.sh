@@ -6,25 +6,12 @@
 # With WINE the folder is a Windows build, which runs in a Wine prefix of the test's own; the expectations are the same
 # but where a case says otherwise.
 set -u
-export LC_ALL=C.UTF-8 WINEDEBUG=-all
+# shellcheck source=tests/support/checks.sh
+source "$(dirname "${BASH_SOURCE[0]}")/../support/checks.sh"
+begin "$@"
 
-build=$(cd "$1" && pwd) || exit 1
-wine=${2:-}
 class='{A174EDD5-7D96-4DE4-BACE-EF267627D834}'
 other_class='{00000000-0000-0000-0000-000000000001}'
-failures=0
-cases=0
-
-scratch=$(mktemp -d)
-trap 'rm -rf "$scratch"' EXIT
-cd "$scratch" || exit 1
-# Nothing of a developer's desktop reaches the test.
-unset DISPLAY
-
-if [ -n "$wine" ] && ! command -v "$wine" >/dev/null; then
-    # Debian puts the loader there when no wrapper is installed.
-    wine=/usr/lib/wine/wine64
-fi
 
 # ---- Voices ----
 # id, CLSID, libPath, Name: the rest is the same for all.
@@ -36,11 +23,6 @@ voices=(
     "good|$class|$data|Good"
     "no-name|$class|$data|"
 )
-
-give_up() {
-    printf 'FAILED before the first case: %s\n' "$1"
-    exit 1
-}
 
 native_voices() {
     mkdir -p bin share/nelva/voices
@@ -82,28 +64,6 @@ if [ -n "$wine" ]; then windows_voices; else native_voices; fi
 # ---- Checking ----
 
 say() { "${tool[@]}" "$@"; }
-
-complain() {
-    failures=$((failures + 1))
-    printf 'FAILED %s\n' "$*"
-}
-
-# same NAME EXPECTED ACTUAL
-same() {
-    cases=$((cases + 1))
-    [ "$2" == "$3" ] || complain "$1"$'\n  expected: '"$2"$'\n  actual:   '"$3"
-}
-
-# run NAME STATUS STDOUT STDERR ARGUMENT...: the whole output; standard input is empty unless the caller gives one.
-run() {
-    local name=$1 status=$2 out=$3 err=$4
-    shift 4
-    say "$@" >out.txt 2>err.txt
-    local got=$?
-    same "$name: exit status" "$status" "$got"
-    same "$name: standard output" "$out" "$(tr -d '\r' <out.txt)"
-    same "$name: standard error" "$err" "$(tr -d '\r' <err.txt)"
-}
 
 # begins NAME STATUS STDERR-BEGINNING ARGUMENT...: for messages whose end is the system's.
 begins() {
@@ -236,5 +196,4 @@ printf '[{"units":[72,105,32,55357]},{"action":"silence","silence":100},{"action
 run odd_fragments_are_spoken 0 "" "" --voice good --events c.json --fragments odd.json
 run empty_text_is_spoken 0 "" "" --voice good -o empty.wav ""
 
-printf '%d checks, %d failed\n' $cases $failures
-[ $failures == 0 ]
+report
