@@ -35,6 +35,7 @@ inline constexpr std::string_view pls_namespace = "http://www.w3.org/2005/01/pro
 // Of the attribute case="exact", which the synthesiser reads.
 inline constexpr std::string_view nelva_namespace = "urn:nelva:lexicon";
 inline constexpr std::size_t largest_lexicon = std::size_t{256} << 20;
+inline constexpr const char* too_large_text = "It is larger than 256 MB, which is more than can be edited here.";
 
 // Why a file cannot be edited here. what() is a sentence for its owner, without the file's name.
 struct BadLexicon : std::runtime_error {

@@ -44,9 +44,7 @@ Parser::~Parser() { XML_ParserFree(parser_); }
 
 void Parser::run() {
     const std::string& bytes = document_->source_;
-    if (bytes.size() > largest_lexicon)
-        throw BadLexicon(BadLexicon::Reason::too_large,
-                         "It is larger than 256 MB, which is more than can be edited here.");
+    if (bytes.size() > largest_lexicon) throw BadLexicon(BadLexicon::Reason::too_large, too_large_text);
     const XML_Status status = XML_Parse(parser_, bytes.data(), static_cast<int>(bytes.size()), 1);
     if (failure_) std::rethrow_exception(failure_);
     if (status != XML_STATUS_OK) fail();
