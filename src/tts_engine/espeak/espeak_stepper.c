@@ -100,9 +100,14 @@ int espeak_stepper_start(const char* data, char* message, size_t message_size) {
 
 // Setting a voice leaves a copy of it in the generator's queue, for the text to come. The voice in force is set anew
 // for each text, so what waits there is given back.
+static void forget_commands_from(int first) {
+    for (int at = first; at != wcmdq_tail; at = (at + 1) % N_WCMDQ)
+        if ((wcmdq[at][0] & 0xff) == WCMD_VOICE) free((void*)wcmdq[at][2]);
+    wcmdq_tail = first;
+}
+
 static void empty_queue(void) {
-    for (; wcmdq_head != wcmdq_tail; WcmdqIncHead())
-        if ((wcmdq[wcmdq_head][0] & 0xff) == WCMD_VOICE) free((void*)wcmdq[wcmdq_head][2]);
+    forget_commands_from(wcmdq_head);
     WcmdqStop();
 }
 
@@ -247,15 +252,21 @@ double espeak_stepper_middle_pitch(int pitch, int range) {
     return (base + middle * width / 2) / 4096;
 }
 
-void espeak_stepper_drop(void) {
-    pitches_left = 0;
-    // The generator keeps its place in a command that it has begun, so the queue is played to its end, unheard.
+// SpeechPlayer, espeak-ng's sixth Klatt generator, gives its memory back only if it comes to a command's end.
+static void finish_command_unheard(void) {
     unsigned char unheard[4096];
-    current_sink = NULL;
-    n_phoneme_list = 0;
+    forget_commands_from((wcmdq_head + 1) % N_WCMDQ);
     do {
         out_ptr = unheard;
         out_end = unheard + sizeof unheard;
         WavegenFill();
     } while (WcmdqUsed() != 0 || out_ptr == out_end);
+}
+
+void espeak_stepper_drop(void) {
+    pitches_left = 0;
+    current_sink = NULL;
+    n_phoneme_list = 0;
+    if (WcmdqUsed() != 0 && wvoice != NULL && wvoice->klattv[0] == 6) finish_command_unheard();
+    empty_queue();
 }

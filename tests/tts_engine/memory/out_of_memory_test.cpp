@@ -53,7 +53,6 @@ void for_each_allocation(Mode mode, const std::function<void()>& action) {
         ASSERT_EQ(failing_new::live_blocks(), live) << "allocation " << nth;
         ASSERT_FALSE(testing::Test::HasFailure()) << "allocation " << nth;
     } while (failing_new::count().allocations >= nth);
-    EXPECT_GT(nth, 1);
 }
 
 // After a failure: memory is there again.
@@ -212,12 +211,17 @@ TEST_P(OutOfMemory, in_jump_leaves_the_sentence_to_begin_again) {
     const std::string text = "<speak>One. Two. Three.</speak>";
     for_each_allocation(GetParam(), [&] {
         tts_streamer streamer = start(voice, text);
-        tts_wave_delete(tts_streamer_synth(streamer, 2205));
-        const bool jumped = watched([=] { return tts_streamer_jump(streamer, 1); }) == 0;
+        Speech speech;
+        while (speech.words() != Texts{"One", "Two"}) {
+            tts_wave* wave = tts_streamer_synth(streamer, 2205);
+            take_record(speech, *wave, text, 2205);
+            tts_wave_delete(wave);
+        }
+        const bool jumped = watched([=] { return tts_streamer_jump(streamer, -1); }) == 0;
         failing_new::allow_all();
         Speech rest;
         hear_rest(rest, streamer, text);
-        EXPECT_EQ(rest.words(), jumped ? Texts({"Two", "Three"}) : Texts({"One", "Two", "Three"}));
+        EXPECT_EQ(rest.words(), jumped ? Texts({"One", "Two", "Three"}) : Texts({"Two", "Three"}));
         EXPECT_EQ(tts_streamer_stop(streamer), 0);
     });
 }
