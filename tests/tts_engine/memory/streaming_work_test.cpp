@@ -1,0 +1,136 @@
+// How much is done for the first sound, for each record, and when a document is left: it does not grow with the
+// document.
+#include <functional>
+
+#include "../speech.h"
+#include "support/failing_new.h"
+#include "work.h"
+
+namespace {
+
+constexpr std::size_t megabyte = 1 << 20;
+
+struct Kind {
+    const char* name;
+    std::string start;
+    std::string part;  // repeated
+};
+
+void PrintTo(const Kind& kind, std::ostream* out) { *out << kind.name; }
+
+const Kind kinds[] = {
+    {"sentences", "<speak>", "The next sentence is one of many that are all alike. "},
+    {"one_sentence_without_an_end", "<speak>", "and the next word is one of many that are all alike "},
+    {"one_word_without_an_end", "<speak>", "abracadabra"},
+    {"marks_between_the_words", "<speak><mark name=\"P0\"/>", "word <mark name=\"Bone\"/><mark name=\"P0\"/> "},
+    {"not_well_formed", "a & b ", "The next sentence is one of many that are all alike. "},
+};
+
+std::string document_of(const Kind& kind, std::size_t size) {
+    std::string text = kind.start;
+    text.reserve(size + kind.part.size());
+    while (text.size() < size) text += kind.part;
+    return text;
+}
+
+// The work of the first records, the start's with the first, and of leaving the document then.
+struct Spoken {
+    std::vector<Work> records;
+    std::vector<std::size_t> sizes;  // in samples
+    Work leaving{};
+};
+
+Work work_of(const std::function<void()>& call) {
+    start_work();
+    {
+        const failing_new::Watched scope;
+        call();
+    }
+    return work_done();
+}
+
+// What tts_streamer_start reads of the document, to measure it, does not count.
+Spoken speak_start(tts_voice voice, const std::string& text, std::size_t records, std::int32_t jump = 0) {
+    WatchedDocument document(text);
+    Spoken result;
+    tts_streamer streamer = nullptr;
+    const Work start = work_of([&] { streamer = tts_streamer_start(voice, document.text(), -1.0f); });
+    EXPECT_EQ(tts_streamer_jump(streamer, jump), 0);
+    document.forget();
+    for (std::size_t i = 0; i < records; ++i) {
+        tts_wave* wave = nullptr;
+        result.records.push_back(work_of([&] { wave = tts_streamer_synth(streamer, 2205); }));
+        if (wave == nullptr) break;
+        result.sizes.push_back(wave->sample_count);
+        tts_wave_delete(wave);
+    }
+    result.records[0].allocations += start.allocations;
+    result.records[0].bytes += start.bytes;
+    result.leaving = work_of([&] { EXPECT_EQ(tts_streamer_stop(streamer), 0); });
+    return result;
+}
+
+class StreamingWork : public testing::TestWithParam<Kind> {
+protected:
+    Spoken start_of(std::size_t size, std::size_t records) const {
+        return speak_start(voice_, document_of(GetParam(), size), records);
+    }
+
+private:
+    const TestVoice voice_;
+};
+
+}  // namespace
+
+TEST_P(StreamingWork, of_the_first_records_is_the_same_for_one_and_ten_megabytes) {
+    EXPECT_EQ(start_of(megabyte, 100).records, start_of(10 * megabyte, 100).records);
+}
+
+TEST_P(StreamingWork, of_the_first_sound_is_little_more_than_that_of_ten_words) {
+    const Work few = start_of(60, 1).records[0];
+    const Work many = start_of(10 * megabyte, 1).records[0];
+    // What is read at a time, and the sentences in it.
+    EXPECT_LE(many.pages, 2u);
+    EXPECT_LE(many.bytes, few.bytes + 256 * 1024);
+    EXPECT_EQ(many.texts, 1u);
+    // The first words are the same; a longer sentence may begin with a longer clause.
+    EXPECT_LE(many.samples, few.samples + 2205);
+}
+
+TEST_P(StreamingWork, of_a_record_is_for_what_was_asked_and_one_piece_ahead) {
+    const Spoken spoken = start_of(10 * megabyte, 200);
+    std::size_t computed = 0;
+    std::size_t delivered = 0;
+    for (std::size_t i = 0; i < spoken.records.size(); ++i) {
+        const Work& work = spoken.records[i];
+        EXPECT_LE(work.texts, 1u) << i;
+        EXPECT_LE(work.pages, 2u) << i;
+        EXPECT_LE(work.bytes, std::size_t{256 * 1024}) << i;
+        computed += work.samples;
+        delivered += spoken.sizes[i];
+        // Half a second of silence may be held back, which may be the sentence's end.
+        EXPECT_LE(computed, delivered + 11025 + 2205) << i;
+    }
+}
+
+TEST_P(StreamingWork, of_leaving_a_document_is_none) {
+    for (const std::size_t records : {1, 2, 7, 30})
+        EXPECT_EQ(start_of(10 * megabyte, records).leaving, Work{}) << records;
+}
+
+INSTANTIATE_TEST_SUITE_P(Kinds, StreamingWork, testing::ValuesIn(kinds),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+TEST(StreamingWorkDeep, of_a_record_is_the_same_far_into_the_document) {
+    const TestVoice voice;
+    const std::string text = document_of(kinds[0], 2 * megabyte);
+    const Spoken first = speak_start(voice, text, 50, 2);
+    const Spoken later = speak_start(voice, text, 50, 30000);
+    EXPECT_EQ(first.sizes, later.sizes);
+    for (std::size_t i = 0; i < 50; ++i) {
+        EXPECT_EQ(first.records[i].texts, later.records[i].texts) << i;
+        EXPECT_EQ(first.records[i].samples, later.records[i].samples) << i;
+        EXPECT_LE(later.records[i].pages, 2u) << i;
+        EXPECT_LE(later.records[i].bytes, std::size_t{256 * 1024}) << i;
+    }
+}
