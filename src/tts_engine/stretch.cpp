@@ -6,10 +6,11 @@
 #include <algorithm>
 #include <new>
 
+#include "tts_engine/resampler.h"
+
 namespace tts {
 namespace {
 
-constexpr int sample_rate = 22050;
 constexpr double slowest = 0.05;
 constexpr double fastest = 20;
 
@@ -27,11 +28,9 @@ void Stretch::set_speed(double speed, std::vector<std::int16_t>& out) {
     if (speed == speed_) return;
     flush(out);
     speed_ = speed;
-    taken_ = 0;
 }
 
 void Stretch::put(const std::int16_t* samples, std::size_t count, std::vector<std::int16_t>& out) {
-    taken_ += count;
     if (!is_active()) {
         out.insert(out.end(), samples, samples + count);
         return;
@@ -47,7 +46,7 @@ void Stretch::put(const std::int16_t* samples, std::size_t count, std::vector<st
 
 void Stretch::feed(std::vector<std::int16_t>& out) {
     if (!stream_) {
-        stream_.reset(sonicCreateStream(sample_rate, 1));
+        stream_.reset(sonicCreateStream(espeak_rate, 1));
         if (!stream_) throw std::bad_alloc();
         sonicSetSpeed(stream_.get(), static_cast<float>(speed_));
     }
@@ -78,7 +77,6 @@ void Stretch::reset() {
     stream_.reset();
     held_.clear();
     speed_ = 1;
-    taken_ = 0;
 }
 
 }  // namespace tts

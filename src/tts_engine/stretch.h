@@ -36,9 +36,6 @@ public:
 
     bool is_active() const { return speed_ != 1; }
 
-    // How far into the stretched sound of this speed the next sample will be, in samples.
-    std::uint64_t position() const { return static_cast<std::uint64_t>(static_cast<double>(taken_) / speed_); }
-
 private:
     struct Destroy {
         void operator()(sonicStreamStruct* stream) const;
@@ -50,7 +47,6 @@ private:
     std::unique_ptr<sonicStreamStruct, Destroy> stream_;
     std::vector<std::int16_t> held_;  // not yet given to Sonic
     double speed_ = 1;
-    std::uint64_t taken_ = 0;
 };
 
 }  // namespace tts
