@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "tools/host/utf.h"
+
 namespace lexicon {
 namespace {
 
@@ -44,17 +46,6 @@ void append_reference(std::string* out, char32_t c) {
     std::snprintf(text, sizeof text, "&#x%X;", static_cast<unsigned>(c));
     *out += text;
 }
-
-bool equal_names(std::string_view left, std::string_view lower) {
-    if (left.size() != lower.size()) return false;
-    for (std::size_t i = 0; i < left.size(); ++i) {
-        const char c = left[i];
-        if ((c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c) != lower[i]) return false;
-    }
-    return true;
-}
-
-bool starts(std::string_view bytes, std::string_view with) { return bytes.substr(0, with.size()) == with; }
 
 bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
@@ -120,10 +111,10 @@ char Encoding::ascii_at(std::string_view bytes, std::size_t at) const {
 
 Encoding detect_encoding(std::string_view bytes, std::string_view declared) {
     using namespace std::string_view_literals;
-    if (starts(bytes, "\xFF\xFE"sv) || starts(bytes, "<\0"sv)) return {Charset::utf16le};
-    if (starts(bytes, "\xFE\xFF"sv) || starts(bytes, "\0<"sv)) return {Charset::utf16be};
-    if (equal_names(declared, "iso-8859-1")) return {Charset::latin1};
-    if (equal_names(declared, "us-ascii")) return {Charset::ascii};
+    if (bytes.starts_with("\xFF\xFE"sv) || bytes.starts_with("<\0"sv)) return {Charset::utf16le};
+    if (bytes.starts_with("\xFE\xFF"sv) || bytes.starts_with("\0<"sv)) return {Charset::utf16be};
+    if (host::equal_ignoring_case(declared, "iso-8859-1")) return {Charset::latin1};
+    if (host::equal_ignoring_case(declared, "us-ascii")) return {Charset::ascii};
     return {Charset::utf8};
 }
 
