@@ -11,11 +11,9 @@
 //
 // What holds where PLS leaves a choice:
 //
-//   - A grapheme may be several words; the longest that fits is taken. Punctuation at both ends of words and what
-//   stands
-//     between them as blanks do not count. A grapheme of punctuation alone matches nothing.
-//   - Case does not count, but for lexemes, or all of a lexicon, marked case="exact" in the namespace
-//   urn:nelva:lexicon.
+//   - A grapheme may be several words, up to 32; the longest that fits is taken. Punctuation at both ends of words and
+//     the blanks between them do not count. A grapheme of punctuation alone matches nothing.
+//   - Case does not count, but for lexemes, or all of a lexicon, marked case="exact" (urn:nelva:lexicon).
 //   - Of several lexemes with the same grapheme the first that fits counts.
 //   - Of several pronunciations of a lexeme, phonemes and aliases alike, the one marked prefer="true" counts, else the
 //     first. Phonemes of an alphabet other than ipa do not count.
