@@ -9,6 +9,8 @@
 #include <string_view>
 #include <utility>
 
+#include "tts_engine/ascii.h"
+
 namespace tts {
 namespace {
 
@@ -17,12 +19,6 @@ struct Number {
     bool is_signed;
     std::string_view unit;
 };
-
-std::string_view trimmed(std::string_view text) {
-    while (!text.empty() && static_cast<unsigned char>(text.front()) <= ' ') text.remove_prefix(1);
-    while (!text.empty() && static_cast<unsigned char>(text.back()) <= ' ') text.remove_suffix(1);
-    return text;
-}
 
 // A decimal number and what stands behind it, independent of the locale.
 std::optional<Number> number_from(std::string_view text) {

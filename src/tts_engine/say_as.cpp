@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "tts_engine/ascii.h"
 #include "tts_engine/english_numbers.h"
 
 namespace tts {
@@ -22,15 +23,8 @@ bool is_letter(char c) { return (c | 0x20) >= 'a' && (c | 0x20) <= 'z'; }
 
 bool is_part(char c) { return is_digit(c) || is_letter(c) || static_cast<unsigned char>(c) >= 0x80; }
 
-std::string lower(std::string_view text) {
-    std::string result(text);
-    for (char& c : result)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
-    return result;
-}
-
 bool is_english(std::string_view language) {
-    const std::string tag = lower(language.substr(0, 3));
+    const std::string tag = ascii_lower(language.substr(0, 3));
     return tag.empty() || tag == "en" || tag == "en-" || tag == "en_";
 }
 
@@ -71,7 +65,7 @@ std::optional<std::uint64_t> roman_number(std::string_view text) {
         {"m", 1000}, {"cm", 900}, {"d", 500}, {"cd", 400}, {"c", 100}, {"xc", 90}, {"l", 50},
         {"xl", 40},  {"x", 10},   {"ix", 9},  {"v", 5},    {"iv", 4},  {"i", 1}};
     if (text.size() > 15) return std::nullopt;
-    const std::string wanted = lower(text);
+    const std::string wanted = ascii_lower(text);
     std::string_view rest = wanted;
     std::uint64_t number = 0;
     for (const auto& [sign, value] : signs) {
@@ -115,10 +109,10 @@ struct Date {
 };
 
 unsigned month_of(std::string_view text) {
-    const std::string name = lower(text);
+    const std::string name = ascii_lower(text);
     if (name.size() >= 3)
         for (unsigned i = 0; i < 12; ++i)
-            if (lower(months[i]).compare(0, name.size(), name) == 0 || (i == 8 && name == "sept")) return i + 1;
+            if (ascii_lower(months[i]).compare(0, name.size(), name) == 0 || (i == 8 && name == "sept")) return i + 1;
     const auto number = number_of(text);
     return number && *number >= 1 && *number <= 12 ? static_cast<unsigned>(*number) : 0;
 }
@@ -176,7 +170,7 @@ std::string english_date(const Date& date, bool day_first) {
 std::vector<std::string> date_parts(std::string_view text) {
     std::vector<std::string> parts;
     for (std::string& part : parts_of(text)) {
-        const std::string word = lower(part);
+        const std::string word = ascii_lower(part);
         const bool ending =
             word == "st" || word == "nd" || word == "rd" || word == "th" || word == "of" || word == "the";
         if (!ending) parts.push_back(std::move(part));
@@ -186,10 +180,11 @@ std::vector<std::string> date_parts(std::string_view text) {
 
 Said date(std::string_view format, std::string_view text, std::string_view language) {
     std::vector<std::string> parts = date_parts(text);
-    std::string order = lower(format);
+    std::string order = ascii_lower(format);
     if (order.size() == 3 && parts.size() == 1 && parts[0].size() == 8 && order == "ymd")
         parts = {parts[0].substr(0, 4), parts[0].substr(4, 2), parts[0].substr(6, 2)};
-    if (!is_format(order)) order = guessed_format(parts, lower(language) == "en-us" || lower(language) == "en");
+    if (!is_format(order))
+        order = guessed_format(parts, ascii_lower(language) == "en-us" || ascii_lower(language) == "en");
     if (order.empty() || order.size() != parts.size()) return std::nullopt;
     Date date;
     for (std::size_t i = 0; i < parts.size(); ++i)
@@ -206,7 +201,7 @@ Said date(std::string_view format, std::string_view text, std::string_view langu
 std::string take_half_of_day(std::vector<std::string>& parts) {
     std::string letters;
     std::size_t kept = parts.size();
-    while (kept > 0 && !all_digits(parts[kept - 1])) letters.insert(0, lower(parts[--kept]));
+    while (kept > 0 && !all_digits(parts[kept - 1])) letters.insert(0, ascii_lower(parts[--kept]));
     if (letters != "am" && letters != "pm" && letters != "a" && letters != "p") return {};
     parts.resize(kept);
     return letters[0] == 'a' ? " A M" : " P M";
@@ -219,7 +214,7 @@ Said time(std::string_view text, std::string_view language) {
         parts = {parts[0].substr(0, 2), parts[0].substr(2)};
     parts.erase(std::remove_if(parts.begin(), parts.end(),
                                [](const std::string& part) {
-                                   const std::string unit = lower(part);
+                                   const std::string unit = ascii_lower(part);
                                    return unit == "h" || unit == "m" || unit == "s" || unit == "min";
                                }),
                 parts.end());
@@ -270,7 +265,7 @@ Said cardinal(std::string_view text, std::string_view language) {
 const char* ordinal_ending(std::string_view language) {
     static constexpr std::pair<std::string_view, const char*> endings[] = {
         {"fr", "e"}, {"es", "º"}, {"it", "º"}, {"pt", "º"}, {"nl", "e"}};
-    const std::string tag = lower(language.substr(0, 2));
+    const std::string tag = ascii_lower(language.substr(0, 2));
     for (const auto& [known, ending] : endings)
         if (tag == known) return ending;
     return "";
@@ -345,7 +340,7 @@ Said telephone(std::string_view text, std::string_view language) {
         if (!said.empty()) said += ", ";
         if (english && all_digits(part)) {
             said += digit_words(part);
-        } else if (english && (lower(part) == "x" || lower(part) == "ext")) {
+        } else if (english && (ascii_lower(part) == "x" || ascii_lower(part) == "ext")) {
             said += "extension";
         } else {
             for (std::size_t i = 0; i < part.size(); ++i) {
@@ -366,7 +361,7 @@ std::string address_word(std::string_view word, bool behind_name) {
         {"ct", "Court"},      {"pl", "Place"},       {"sq", "Square"},    {"hwy", "Highway"},  {"pkwy", "Parkway"},
         {"apt", "Apartment"}, {"ste", "Suite"},      {"n", "North"},      {"s", "South"},      {"e", "East"},
         {"w", "West"},        {"ne", "Northeast"},   {"nw", "Northwest"}, {"se", "Southeast"}, {"sw", "Southwest"}};
-    std::string plain = lower(word);
+    std::string plain = ascii_lower(word);
     if (plain.ends_with('.')) plain.pop_back();
     if (plain == "st") return behind_name ? "Street" : "Saint";
     for (const auto& [abbreviation, name] : known)

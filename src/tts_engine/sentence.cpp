@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "tts_engine/abbreviations.h"
+#include "tts_engine/ascii.h"
 #include "tts_engine/characters.h"
 
 namespace tts {
@@ -215,9 +216,7 @@ void SentenceCutter::add_pause(std::uint32_t milliseconds) {
 void SentenceCutter::set_attributes(const Attributes& attributes) { attributes_ = attributes; }
 
 void SentenceCutter::set_language(std::string_view tag) {
-    language_.clear();
-    for (const char c : tag.substr(0, tag.find_first_of("-_")))
-        language_ += c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
+    language_ = ascii_lower(tag.substr(0, tag.find_first_of("-_")));
 }
 
 void SentenceCutter::end_word() { border_ = true; }

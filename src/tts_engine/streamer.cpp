@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "tts_engine/ascii.h"
 #include "tts_engine/characters.h"
 #include "tts_engine/visemes.h"
 
@@ -16,16 +17,10 @@ constexpr std::size_t first_milliseconds = 60;
 constexpr std::size_t usual_milliseconds = 100;
 constexpr std::size_t most_samples = 1u << 20;
 
-std::string lower(std::string text) {
-    for (char& c : text)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
-    return text;
-}
-
 // Whether a voice of `language` speaks text of language `tag` as it is: "en-us" does "en" and "en-US".
 bool speaks(const std::string& language, const std::string& tag) {
-    const std::string own = lower(language);
-    const std::string asked = lower(tag);
+    const std::string own = ascii_lower(language);
+    const std::string asked = ascii_lower(tag);
     return own == asked || own.compare(0, asked.size() + 1, asked + "-") == 0;
 }
 

@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <string_view>
 
+#include "tts_engine/ascii.h"
 #include "tts_engine/file_names.h"
 
 namespace tts {
@@ -28,12 +29,6 @@ constexpr NumberKey number_keys[] = {{"rate", &VoiceSettings::rate, 80, 450},
                                      {"volume", &VoiceSettings::volume, 0, 200},
                                      {"sentence-pause", &VoiceSettings::sentence_pause, 0, 5000},
                                      {"comma-pause", &VoiceSettings::comma_pause, 0, 5000}};
-
-std::string_view trimmed(std::string_view text) {
-    while (!text.empty() && static_cast<unsigned char>(text.front()) <= ' ') text.remove_prefix(1);
-    while (!text.empty() && static_cast<unsigned char>(text.back()) <= ' ') text.remove_suffix(1);
-    return text;
-}
 
 std::string quoted(std::string_view text) {
     std::string result(1, '"');

@@ -5,7 +5,6 @@
 #include <espeak-ng/speak_lib.h>
 
 #include <algorithm>
-#include <cctype>
 #include <clocale>
 #include <cstdio>
 #include <exception>
@@ -14,6 +13,7 @@
 #include <mutex>
 #include <stdexcept>
 
+#include "tts_engine/ascii.h"
 #include "tts_engine/espeak/espeak_stepper.h"
 #include "tts_engine/file_names.h"
 
@@ -68,11 +68,6 @@ void collect(void* context, const espeak_stepper_event* event) noexcept {
     }
 }
 
-std::string lower(std::string text) {
-    for (char& c : text) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    return text;
-}
-
 // The folder that holds "phontab": `lib_path` or espeak-ng-data in it. Empty when neither does.
 std::filesystem::path data_folder(const std::string& lib_path) {
     const std::filesystem::path given = path_of(lib_path);
@@ -87,7 +82,7 @@ int priority_of(const espeak_VOICE& voice, const std::string& tag) {
     for (const char* at = voice.languages; at != nullptr && *at != 0;) {
         const int priority = *at++;
         const std::string language = at;
-        if (lower(language) == tag) return priority;
+        if (ascii_lower(language) == tag) return priority;
         at += language.size() + 1;
     }
     return -1;
@@ -201,7 +196,7 @@ void EspeakEngine::release() {
 std::string EspeakEngine::find_language(const std::string& tag) {
     State& engine = state();
     std::lock_guard<std::mutex> guard(engine.lock);
-    const std::string key = lower(tag);
+    const std::string key = ascii_lower(tag);
     const auto known = engine.known.find(key);
     if (known != engine.known.end()) return known->second;
     // A hostile document must not fill the memory with tags.
