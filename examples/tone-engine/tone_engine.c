@@ -1,5 +1,7 @@
-/* A synthesiser in one file: it "speaks" a tone for each letter. Built as tts_engine.dll it takes the place of the one
- * that ships with Nelva; docs/your-own-synthesiser.md goes through it.
+/* A synthesiser in one file: it "speaks" a tone for each letter, 60 ms of 200 Hz and 20 Hz more for each place in the
+ * alphabet (a is 220 Hz, z 720 Hz), with 30 ms of silence for what is no letter and 200 ms for the end of a sentence.
+ * Built as tts_engine.dll it takes the place of the one that ships with Nelva; docs/your-own-synthesiser.md goes
+ * through it.
  *
  * A real synthesiser would read SSML with a parser. This one passes over everything between < and > but marks, takes
  * runs of letters for words, and lets a sentence end at . ! or ?
