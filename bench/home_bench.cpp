@@ -48,9 +48,9 @@ void print_result(BenchClock::duration loaded, BenchClock::duration heard, doubl
 void measure_nelva() {
     const double before = own_bytes();
     const auto start = BenchClock::now();
-    BenchToken token(NELVA_BENCH_DATA, NELVA_BENCH_VOICE);
+    const auto token = bench_token(NELVA_BENCH_DATA, NELVA_BENCH_VOICE);
     BenchEngine engine(
-        &token, reinterpret_cast<BenchEngine::GetClassObject>(function(NELVA_BENCH_SERVER, "DllGetClassObject")));
+        token.get(), reinterpret_cast<BenchEngine::GetClassObject>(function(NELVA_BENCH_SERVER, "DllGetClassObject")));
     const auto loaded = BenchClock::now();
     BenchSite site;
     engine.speak(sentence, &site);

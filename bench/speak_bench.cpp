@@ -10,7 +10,7 @@ namespace {
 constexpr std::uint32_t chunks = 6000;  // ten minutes
 
 void speak_scripted(benchmark::State& state) {
-    BenchToken token("lib", "bench22i");
+    const auto token = bench_token("lib", "bench22i");
     scripted_reset();
     tts_wave_event events[4] = {};
     events[0].type = TTS_EVENT_WORD;
@@ -21,7 +21,7 @@ void speak_scripted(benchmark::State& state) {
     events[3].label = "a";
     scripted_add_wave(2205, 0, events, 4);
     scripted_set_rounds(chunks);
-    BenchEngine engine(&token);
+    BenchEngine engine(token.get());
     for (auto _ : state) {
         BenchSite site;
         engine.speak(u"Silence.", &site);

@@ -45,8 +45,8 @@ bool abort_is_served_with_the_chunk_in_hand() {
 }  // namespace
 
 int main(int argc, char** argv) {
-    BenchToken token(NELVA_BENCH_DATA, NELVA_BENCH_VOICE);
-    BenchEngine our_engine(&token);
+    const auto token = bench_token(NELVA_BENCH_DATA, NELVA_BENCH_VOICE);
+    BenchEngine our_engine(token.get());
     engine = &our_engine;
     set_up_bare(NELVA_BENCH_DATA);
     repeated(benchmark::RegisterBenchmark("speak/nelva", whole_speak));
