@@ -162,7 +162,7 @@ Speaks text with a SAPI voice. Without TEXT, -f and --fragments the text is read
   -f FILE                speak a UTF-8 file; '-' is standard input
   --xml                  the text is SAPI 5 XML
   --fragments FILE.json  speak fragments that are given one by one
-  --voice ID             which voice; without it the first one of Nelva
+  --voice ID             which voice; without it Nelva's first one for English (United States), or its first
   --list-voices          show the voices: id, language, name
   -o FILE.wav            where the audio goes instead of being played; '-' is standard output
   --events FILE          write what the voice sent, one JSON object a line
@@ -172,7 +172,7 @@ Speaks text with a SAPI voice. Without TEXT, -f and --fragments the text is read
   --help                 this text
 
 Without -o, --events and --ssml the audio is played. Keys meanwhile: space stops, left and right skip a sentence, up and
-down change the rate, + and - the volume. Exit status: 0 spoken, 1 failed, 2 wrong usage.
+down change the rate, + and - the volume. Exit status: 0 spoken, 1 failed, 2 wrong usage, 130 ended by Ctrl-C.
 )";
 }
 
