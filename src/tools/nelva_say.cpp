@@ -133,9 +133,7 @@ void open_outputs(const SayOptions& options, const WAVEFORMATEX& format, const H
         outputs->playing.emplace(options, format, text);
         return;
     }
-    if (options.audio) {
-        outputs->audio.emplace(OutputFile(*options.audio), format);
-    }
+    if (options.audio) outputs->audio.emplace(OutputFile(*options.audio), format);
     if (options.events) outputs->events.emplace(OutputFile(*options.events), text);
     if (is_terminal(stderr)) outputs->progress.emplace(stderr, text, format.nAvgBytesPerSec, steady_seconds);
 }

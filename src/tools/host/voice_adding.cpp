@@ -178,12 +178,6 @@ std::vector<PlannedVoice> plan_voices(const VoicesOptions& options, const VoiceP
 
 namespace {
 
-const Voice* voice_with_id(const std::vector<Voice>& voices, const std::string& id) {
-    for (const Voice& voice : voices)
-        if (equal_ignoring_case(voice.id, id)) return &voice;
-    return nullptr;
-}
-
 // True for a voice of another engine: nothing of ours has such a class.
 bool is_foreign(const Voice& voice) {
     CLSID number;

@@ -72,14 +72,14 @@ const Voice* default_voice(const std::vector<Voice>& voices) {
     return first;
 }
 
+}  // namespace
+
 const Voice* voice_with_id(const std::vector<Voice>& voices, const std::string& id) {
     for (const Voice& voice : voices) {
         if (equal_ignoring_case(voice.id, id)) return &voice;
     }
     return nullptr;
 }
-
-}  // namespace
 
 const Voice& choose_voice(const std::vector<Voice>& voices, const std::string& id) {
     const Voice* found = id.empty() ? default_voice(voices) : voice_with_id(voices, id);

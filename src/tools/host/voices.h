@@ -43,6 +43,9 @@ inline constexpr DWORD default_language = 0x409;
 // default language, else its first one. Throws HostError; its message says what there is.
 const Voice& choose_voice(const std::vector<Voice>& voices, const std::string& id);
 
+// Case ignored; null when there is none.
+const Voice* voice_with_id(const std::vector<Voice>& voices, const std::string& id);
+
 // Where find_voices looks, for messages.
 std::string voices_place();
 
