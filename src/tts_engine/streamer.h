@@ -11,6 +11,9 @@
 
 #include <cstdint>
 #include <deque>
+#include <memory>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
