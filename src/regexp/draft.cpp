@@ -49,7 +49,7 @@ const SpeechtextAttrs* RecordIndex::content_before(std::size_t index) const {
 AttrsTail::Merge Draft::append_attrs(int position, const SpeechtextAttrs* borrowed) {
     // Nothing is ever changed through the pointer; the record type has no const form.
     SpeechtextAttrs* const object = const_cast<SpeechtextAttrs*>(borrowed);
-    const AttrsTail::Merge merge = tail_.decide(records, position, *object);
+    const AttrsTail::Merge merge = tail_.decide(records, position, *object, AttrsTail::Objects::borrowed);
     if (merge == AttrsTail::Merge::replace_last) {
         records.back().attrs = object;
         tail_.replaced(records);

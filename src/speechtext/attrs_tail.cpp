@@ -20,6 +20,11 @@ std::size_t hash_of(const SpeechtextAttrs& attrs) {
     return ~static_cast<const SpeechtextBreak&>(attrs).hash();
 }
 
+bool repeats(const SpeechtextTextAttrs& there, const SpeechtextAttrs& attrs, AttrsTail::Objects objects) {
+    if (objects == AttrsTail::Objects::borrowed && &there == &attrs) return there.prosody == there.prosody;
+    return there == attrs;
+}
+
 }  // namespace
 
 // The marks and breaks among the records [begin, end), which share one position.
@@ -145,15 +150,16 @@ void AttrsTail::popping(Records records) noexcept {
     known_last_ = rest.empty() ? nullptr : rest.back().attrs;
 }
 
-AttrsTail::Merge AttrsTail::decide_content(Records records, int position, const SpeechtextAttrs& attrs) const {
+AttrsTail::Merge AttrsTail::decide_content(Records records, int position, const SpeechtextAttrs& attrs,
+                                           Objects objects) const {
     if (!records.empty() && records.back().position == position && records.back().attrs->is_contentattrs()) {
         const auto& last = static_cast<const SpeechtextTextAttrs&>(*records.back().attrs);
-        if (last == attrs) return Merge::drop;
+        if (repeats(last, attrs, objects)) return Merge::drop;
         const bool stands_for_itself = last.audio.instance() != 0 || last.transcription.instance() != 0;
         return stands_for_itself ? Merge::add : Merge::replace_last;
     }
     const SpeechtextTextAttrs* in_force = last_contentattrs(records);
-    return in_force && *in_force == attrs ? Merge::drop : Merge::add;
+    return in_force && repeats(*in_force, attrs, objects) ? Merge::drop : Merge::add;
 }
 
 // Is there an equal record among those at the last position?

@@ -16,6 +16,7 @@
 
 #include "speechtext/attributes.h"
 #include "speechtext/attrsrecord.h"
+#include "speechtext/record_prefetch.h"
 
 class AttrsTail {
 public:
@@ -29,8 +30,11 @@ public:
     AttrsTail& operator=(const AttrsTail&) = delete;
     ~AttrsTail();
 
-    // What becomes of attrs, given at position behind records.
-    Merge decide(Records records, int position, const SpeechtextAttrs& attrs);
+    // What becomes of attrs, given at position behind records. The records are clones, so that attrs is one of them
+    // only if it was taken from there; of borrowed objects the same one may stand for several clones. That matters for
+    // text attributes that hold a NaN: they equal themselves, but no clone.
+    enum class Objects { clones, borrowed };
+    Merge decide(Records records, int position, const SpeechtextAttrs& attrs, Objects objects = Objects::clones);
 
     // To be told after a record was pushed or the last one's object replaced, and before the last one is popped.
     void added(Records records) noexcept;
@@ -51,7 +55,7 @@ private:
 
     bool knows(Records records) const;
     std::size_t content_end(Records records, std::size_t count) const;
-    Merge decide_content(Records records, int position, const SpeechtextAttrs& attrs) const;
+    Merge decide_content(Records records, int position, const SpeechtextAttrs& attrs, Objects objects) const;
     bool repeated_at_last(Records records, const SpeechtextAttrs& attrs);
     const Index* index_for(Records records);
 
@@ -70,10 +74,23 @@ inline bool AttrsTail::knows(Records records) const {
 }
 
 // A mark or break at a new position, the common case, is decided at once.
-inline AttrsTail::Merge AttrsTail::decide(Records records, int position, const SpeechtextAttrs& attrs) {
-    if (attrs.is_contentattrs()) return decide_content(records, position, attrs);
+inline AttrsTail::Merge AttrsTail::decide(Records records, int position, const SpeechtextAttrs& attrs,
+                                          Objects objects) {
+    if (attrs.is_contentattrs()) return decide_content(records, position, attrs, objects);
     const bool is_first_here = records.empty() || records.back().position != position;
     return is_first_here || !repeated_at_last(records, attrs) ? Merge::add : Merge::drop;
+}
+
+// Would the rule keep all of these records if they were appended one by one to an empty vector?
+inline bool all_stay(AttrsTail::Records records) {
+    AttrsTail tail;
+    for (std::size_t i = 0; i < records.size(); ++i) {
+        prefetch_records_behind(records, i);
+        if (tail.decide(records.first(i), records[i].position, *records[i].attrs) != AttrsTail::Merge::add)
+            return false;
+        tail.added(records.first(i + 1));
+    }
+    return true;
 }
 
 // Applies the rule to records as if they were appended one by one to an empty vector, in place, without cloning.

@@ -161,6 +161,7 @@ void Speechtext::append(const Speechtext& source, std::size_t pos, std::size_t n
 void Speechtext::append_attrs(int position, const SpeechtextAttrs& record) {
     const AttrsTail::Merge merge = tail_.decide(attrs, position, record);
     if (merge == AttrsTail::Merge::drop) return;
+    if (!tail_.knows_all(attrs)) replayable_ = ascending_ = false;  // the vector was edited past this class
     std::unique_ptr<SpeechtextAttrs> copy(record.clone());
     if (merge == AttrsTail::Merge::replace_last) {
         delete std::exchange(attrs.back().attrs, copy.release());

@@ -31,11 +31,12 @@ bool is_named(const char* name, const char* other) { return std::strcmp(name, ot
 
 std::string Speechtext::to_ssml() const {
     SpeechtextSsmlEncoder encoder(ssml_version(text, attrs));
-    if (replayable_ && tail_.knows_all(attrs)) {
+    // The encoder would write a copy, and a copy may hold fewer records: these are found without copying. They are
+    // looked at, as objects may have been changed in place.
+    if (all_stay(attrs)) {
         encoder.write_document(text, attrs);
         return std::move(encoder.ssml);
     }
-    // The encoder would write a copy, and a copy may hold fewer records: these are found without copying.
     attrs_vector kept = attrs;
     AttrsTail tail;
     kept.resize(merge_records(kept, &tail, [](SpeechtextAttrs*) {}));

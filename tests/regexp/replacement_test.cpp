@@ -1,6 +1,8 @@
 // class replacement, and the making of lists of edits.
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "regexp/replacer.h"
 #include "regexp/rich_text.h"
 
@@ -243,4 +245,12 @@ TEST(do_replacements, break_in_front_stays_although_the_new_text_brings_it) {
     Edits edits;
     add(edits, replacement(3, 1, rich() << "X" << pause("p")), true, true);
     EXPECT_EQ(shown(do_replacements(sample, edits)), "abcXe en@0 <m>@2 ~p@3 ~p@4");
+}
+
+// Such attributes are unequal to their own copies, so nothing ever is a repetition of them.
+TEST(do_replacements, attributes_with_a_factor_that_is_no_number_are_restored_behind_each_edit) {
+    SpeechtextTextAttrs odd = lang("en");
+    odd.prosody.rate_value = std::numeric_limits<float>::quiet_NaN();
+    const Speechtext text = rich() << odd << "abc";
+    EXPECT_EQ(shown(do_replacements(text, {edit(1, 0, "X"), edit(2, 1, "Y")})), "aXbY en@0 en@2 en@4");
 }

@@ -1,6 +1,8 @@
 // The replacement-string language, over rich text and over strings.
 #include <gtest/gtest.h>
 
+#include <limits>
+
 #include "regexp/replacer.h"
 #include "regexp/rich_text.h"
 
@@ -278,6 +280,15 @@ TEST(make_re_rewrite, records_of_the_rewrite_travel_with_its_literals) {
 TEST(make_re_rewrite, argument_keeps_only_the_attributes_in_force_at_its_start) {
     const Speechtext rewrite = rich() << lang("fr") << "x\\{no-breaks:a" << mark("n") << "b\\}" << mark("o") << "y";
     EXPECT_EQ(rewritten(rewrite), "xaby fr@0 <o>@3");
+}
+
+TEST(make_re_rewrite, attributes_with_a_factor_that_is_no_number_come_along_with_each_piece) {
+    SpeechtextTextAttrs odd = lang("en");
+    odd.prosody.pitch_value = std::numeric_limits<float>::quiet_NaN();
+    const Speechtext text = rich() << odd << "abcd";
+    EXPECT_EQ(rewritten("\\1\\1", nullptr, RE_Options(), text), "bcbc en@0 en@2");
+    EXPECT_EQ(rewritten("x\\1", &odd, RE_Options(), text), "xbc en@0 en@1");
+    EXPECT_EQ(rewritten("x\\{no-marks:y\\}", &odd, RE_Options(), text), "xy en@0 en@1");
 }
 
 TEST(make_re_rewrite, deep_nesting_needs_no_stack) {

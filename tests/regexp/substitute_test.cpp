@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <limits>
 
 #include "regexp/rich_text.h"
 
@@ -175,6 +176,13 @@ TEST(RE_sub1, empty_group_inside_a_match_that_is_not_empty_ends) { EXPECT_EQ(sub
 TEST(RE_sub1, group_in_front_of_the_match_ends) { EXPECT_EQ(sub1("(?<=(a))b", "x", "abab"), "xbxb"); }
 
 TEST(RE_sub1, groups_that_lead_to_each_other_end) { EXPECT_EQ(sub1("(?|(z)|(?<=(x)...)y)", "-", "x z y"), "- - y"); }
+
+TEST(RE_sub, attributes_with_a_factor_that_is_no_number_are_never_repetitions) {
+    SpeechtextTextAttrs odd = lang("en");
+    odd.prosody.volume_value = std::numeric_limits<float>::quiet_NaN();
+    // Those in force, those that the new text begins under, and those restored behind it.
+    EXPECT_EQ(sub("b", "X", rich() << odd << "abc"), "aXc en@0 en@1 en@2");
+}
 
 TEST(RE_sub1, of_a_speechtext) {
     Speechtext text = sample;

@@ -441,6 +441,14 @@ TEST(Move, of_records_edited_from_outside_gives_what_a_copy_gives) {
     EXPECT_EQ(records_of(moved), "0:en 4:<m> 4:de");
 }
 
+TEST(Move, of_records_edited_from_outside_gives_what_a_copy_gives_also_behind_later_appends) {
+    Speechtext text = one_two();
+    text.attrs.push_back({7, attrs_of("de").clone()});
+    text += mark("end");
+    const Speechtext moved(std::move(text));
+    EXPECT_EQ(records_of(moved), "0:en 4:<m> 4:de 7:<end>");
+}
+
 TEST(Reserve, changes_nothing_to_see) {
     Speechtext text = one_two();
     text.reserve(1000, 1000);

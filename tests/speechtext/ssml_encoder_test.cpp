@@ -151,6 +151,20 @@ TEST(SsmlDocument, is_that_of_a_copy) {
     EXPECT_EQ(body(text), "a<say-as interpret-as=\"date\">bc</say-as>");
 }
 
+TEST(SsmlDocument, is_that_of_a_copy_also_behind_later_appends) {
+    Speechtext text = Builder()(date(en))("a");
+    text.attrs.push_back({1, date(en).clone()});
+    text += mark("m");
+    text += std::string("b");
+    EXPECT_EQ(body(text), "<say-as interpret-as=\"date\">a<mark name=\"m\"/>b</say-as>");
+}
+
+TEST(SsmlDocument, is_that_of_a_copy_after_a_change_in_place) {
+    Speechtext text = Builder()(date(en))("a")(date(de))("b");
+    static_cast<SpeechtextTextAttrs*>(text.attrs.back().attrs)->set_language("en");
+    EXPECT_EQ(body(text), "<say-as interpret-as=\"date\">ab</say-as>");
+}
+
 // --- prosody, voice, language, say-as ---
 
 TEST(SsmlDocument, changed_rate_opens_and_closes_against_the_outside) {
