@@ -16,7 +16,6 @@
 
 #include "speechtext/attributes.h"
 #include "speechtext/attrsrecord.h"
-#include "speechtext/record_prefetch.h"
 
 class AttrsTail {
 public:
@@ -79,18 +78,6 @@ inline AttrsTail::Merge AttrsTail::decide(Records records, int position, const S
     if (attrs.is_contentattrs()) return decide_content(records, position, attrs, objects);
     const bool is_first_here = records.empty() || records.back().position != position;
     return is_first_here || !repeated_at_last(records, attrs) ? Merge::add : Merge::drop;
-}
-
-// Would the rule keep all of these records if they were appended one by one to an empty vector?
-inline bool all_stay(AttrsTail::Records records) {
-    AttrsTail tail;
-    for (std::size_t i = 0; i < records.size(); ++i) {
-        prefetch_records_behind(records, i);
-        if (tail.decide(records.first(i), records[i].position, *records[i].attrs) != AttrsTail::Merge::add)
-            return false;
-        tail.added(records.first(i + 1));
-    }
-    return true;
 }
 
 // Applies the rule to records as if they were appended one by one to an empty vector, in place, without cloning.

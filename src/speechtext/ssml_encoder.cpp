@@ -29,19 +29,20 @@ bool is_named(const char* name, const char* other) { return std::strcmp(name, ot
 
 }  // namespace
 
+// The encoder would write a copy, and a copy may hold fewer records: these are found without copying. That they would
+// all stay is seen while they are written, as objects may have been changed in place.
 std::string Speechtext::to_ssml() const {
-    SpeechtextSsmlEncoder encoder(ssml_version(text, attrs));
-    // The encoder would write a copy, and a copy may hold fewer records: these are found without copying. They are
-    // looked at, as objects may have been changed in place.
-    if (all_stay(attrs)) {
-        encoder.write_document(text, attrs);
-        return std::move(encoder.ssml);
-    }
+    const std::string ssml_version_of_all = ssml_version(text, attrs);
+    SpeechtextSsmlEncoder encoder(ssml_version_of_all);
+    AttrsTail written;
+    if (encoder.write_document(text, attrs, &written)) return std::move(encoder.ssml);
+
     attrs_vector kept = attrs;
     AttrsTail tail;
     kept.resize(merge_records(kept, &tail, [](SpeechtextAttrs*) {}));
-    encoder.write_document(text, kept);
-    return std::move(encoder.ssml);
+    SpeechtextSsmlEncoder encoder_of_copy(ssml_version_of_all);
+    encoder_of_copy.write_document(text, kept, nullptr);
+    return std::move(encoder_of_copy.ssml);
 }
 
 SpeechtextSsmlEncoder::SpeechtextSsmlEncoder(const std::string& ssml_version) : version(ssml_version) {}
@@ -49,11 +50,11 @@ SpeechtextSsmlEncoder::SpeechtextSsmlEncoder(const std::string& ssml_version) : 
 void SpeechtextSsmlEncoder::set_text(const Speechtext& new_text) { text = new_text; }
 
 std::string SpeechtextSsmlEncoder::get_ssml() {
-    write_document(text.as_string(), text.attrs);
+    write_document(text.as_string(), text.attrs, nullptr);
     return ssml;
 }
 
-void SpeechtextSsmlEncoder::write_document(std::string_view bytes, Records records) {
+bool SpeechtextSsmlEncoder::write_document(std::string_view bytes, Records records, AttrsTail* copy) {
     ssml.reserve(ssml.size() + bytes.size() + bytes.size() / 8 + records.size() * bytes_for_a_record +
                  bytes_for_the_root);
     const auto first = std::find_if(records.begin(), records.end(), contentattrs_of);
@@ -63,6 +64,11 @@ void SpeechtextSsmlEncoder::write_document(std::string_view bytes, Records recor
     std::size_t written = 0;
     for (std::size_t i = 0; i < records.size(); ++i) {
         const SpeechtextAttrsRecord& record = records[i];
+        if (copy) {
+            const AttrsTail::Merge merge = copy->decide(records.first(i), record.position, *record.attrs);
+            if (merge != AttrsTail::Merge::add) return false;
+            copy->added(records.first(i + 1));
+        }
         if (record.position > 0 && static_cast<std::size_t>(record.position) > written) {
             const std::size_t end = static_cast<std::size_t>(record.position);
             if (written < bytes.size()) write_run(bytes, written, std::min(end, bytes.size()));
@@ -75,6 +81,7 @@ void SpeechtextSsmlEncoder::write_document(std::string_view bytes, Records recor
         }
     }
     write_end(bytes.substr(std::min(written, bytes.size())));
+    return true;
 }
 
 void SpeechtextSsmlEncoder::write_header(const SpeechtextTextAttrs& first) {

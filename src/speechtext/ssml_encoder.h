@@ -61,7 +61,8 @@ private:
 
     using Records = std::span<const SpeechtextAttrsRecord>;
 
-    void write_document(std::string_view text, Records records);
+    // With the tail of an empty copy, stops and gives false as soon as the copy would not take a record as it stands.
+    bool write_document(std::string_view text, Records records, AttrsTail* copy);
     void write_header(const SpeechtextTextAttrs& first);
     void write_point(const SpeechtextAttrs& point);
     void write_run(std::string_view text, std::size_t begin, std::size_t end);
