@@ -252,7 +252,11 @@ void Document::add_mark(const MarkupAttributes& attributes) {
 }
 
 void Document::add_break(const MarkupAttributes& attributes) {
-    cutter_.add_pause(break_milliseconds(value_of(attributes, "time"), value_of(attributes, "strength")));
+    const std::uint32_t milliseconds =
+        break_milliseconds(value_of(attributes, "time"), value_of(attributes, "strength"));
+    // What stands on both sides of a silence is no one word.
+    if (milliseconds > 0) cutter_.end_word();
+    cutter_.add_pause(milliseconds);
 }
 
 }  // namespace tts

@@ -157,10 +157,10 @@ bool Streamer::next_part() {
         end = std::min(end, sentence_.anchors[i].position);
         break;
     }
-    // Another language is another voice.
-    const Attributes& here = attributes_at(sentence_, position_);
+    // Another language is another voice, mostly.
+    const std::uint16_t here = attributes_at(sentence_, position_).language;
     for (const Run& run : sentence_.runs) {
-        if (run.first <= position_ || run.attributes.language == here.language) continue;
+        if (run.first <= position_ || is_same_voice(run.attributes.language, here)) continue;
         end = std::min(end, run.first);
         break;
     }
@@ -217,6 +217,12 @@ const std::string& Streamer::espeak_voice_of(std::uint16_t language) {
     if (!speaks(voice_.settings.language, tag)) found = EspeakEngine::find_language(tag);
     if (found.empty()) found = voice_.espeak_voice;
     return found;
+}
+
+bool Streamer::is_same_voice(std::uint16_t one, std::uint16_t other) {
+    if (one == other) return true;
+    const std::string first = espeak_voice_of(one);
+    return first == espeak_voice_of(other);
 }
 
 // ---- Speech

@@ -79,6 +79,7 @@ private:
     tts_wave* deliver_rest();
     std::size_t samples_before_new_pitch(std::size_t count) const;
     const std::string& espeak_voice_of(std::uint16_t language);
+    bool is_same_voice(std::uint16_t one, std::uint16_t other);
     bool skip_to(std::int64_t sentence, std::string pitch);
     void note_pitch_marks(std::size_t first_anchor, std::string& pitch) const;
     void restart();

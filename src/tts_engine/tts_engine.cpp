@@ -120,7 +120,7 @@ tts::StreamerVoice load_settings(const std::string& name) {
     voice.espeak_voice = EspeakEngine::find_language(voice.settings.language);
     if (voice.espeak_voice.empty())
         throw std::runtime_error("voice \"" + name + "\": espeak-ng has no language \"" + voice.settings.language +
-                                 "\"");
+                                 "\", or its dictionary is not in the data");
     if (!voice.settings.variant.empty() && !EspeakEngine::has_variant(voice.settings.variant))
         throw std::runtime_error("voice \"" + name + "\": espeak-ng has no variant \"" + voice.settings.variant + "\"");
     EspeakEngine::load_voice(voice.espeak_voice, voice.settings.variant);

@@ -54,6 +54,15 @@ TEST(Break, inside_a_sentence_parts_it_in_time_only) {
     EXPECT_EQ(speech.loudness(three - 11025, three), 0);
 }
 
+TEST(Break, parts_words_without_a_blank) {
+    const Speech speech = speak("<speak>One<break time=\"1s\"/>two, three<break/>.</speak>");
+    EXPECT_EQ(speech.words(), (Texts{"One", "two", "three"}));
+    EXPECT_EQ(speech.sample_of("One"), 0u);
+    EXPECT_GT(speech.sample_of("two"), 22050u);
+    EXPECT_EQ(speak("<speak>One<break strength=\"none\"/>two</speak>").words(),
+              Texts{"One<break strength=\"none\"/>two"});
+}
+
 TEST(Break, of_days_costs_nothing_until_it_is_heard) {
     const TestVoice voice;
     tts_streamer streamer = tts_streamer_start(voice, "<speak><break time=\"4294967295ms\"/>Hi</speak>", -1.0f);
@@ -294,6 +303,39 @@ TEST(Language, unknown_ones_keep_the_voice) {
     for (const char* tag : {"", "xx", "tlh-KX", "!!", "a-b-c-d-e-f-g-h-i-j-k-l-m-n-o-p-q-r-s-t-u-v"})
         EXPECT_TRUE(speak("<speak xml:lang=\"" + std::string(tag) + "\">Hello there.</speak>").samples == plain.samples)
             << tag;
+}
+
+TEST(Language, of_the_same_voice_inside_a_sentence_leaves_its_melody) {
+    const Speech plain = speak("<speak>Here is some text.</speak>");
+    for (const char* tag : {"en", "en-US", "zz"})
+        EXPECT_TRUE(
+            speak("<speak>Here <lang xml:lang=\"" + std::string(tag) + "\">is some</lang> text.</speak>").samples ==
+            plain.samples)
+            << tag;
+}
+
+TEST(Language, whose_dictionary_is_not_installed_keeps_the_voice) {
+    // espeak-ng's data name Faroese and have no dictionary of it.
+    EXPECT_TRUE(speak("<speak>Here <lang xml:lang=\"fo\">is some</lang> text.</speak>").samples ==
+                speak("<speak>Here is some text.</speak>").samples);
+}
+
+TEST(Language, of_a_voice_is_heard_whatever_else_it_asks_for) {
+    EXPECT_TRUE(speak("<speak><voice name=\"Anna\" gender=\"female\" age=\"30\" variant=\"2\" xml:lang=\"fr-CA\">"
+                      "Bonjour</voice></speak>")
+                    .samples == speak("<speak><lang xml:lang=\"fr\">Bonjour</lang></speak>").samples);
+    EXPECT_TRUE(speak("<speak><voice gender=\"female\">Hello</voice></speak>").samples ==
+                speak("<speak>Hello</speak>").samples);
+}
+
+TEST(Language, of_p_s_w_and_speak_is_heard) {
+    const Speech german = speak("<speak><lang xml:lang=\"de\">Information</lang></speak>");
+    for (const char* element : {"p", "s", "paragraph", "sentence", "w", "token", "speak"}) {
+        const std::string name = element;
+        EXPECT_TRUE(speak("<speak><" + name + " xml:lang=\"de\">Information</" + name + "></speak>").samples ==
+                    german.samples)
+            << name;
+    }
 }
 
 TEST(Language, change_inside_a_sentence_keeps_every_word) {

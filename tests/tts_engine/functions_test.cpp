@@ -176,6 +176,11 @@ TEST(LoadVoice, wrong_line_is_told_with_file_and_line) {
     EXPECT_TRUE(contains(failure_of(TTS_TEST_DATA, file.name()), "wrong-22i:3: "));
 }
 
+TEST(LoadVoice, language_whose_dictionary_is_not_installed_is_told) {
+    const VoiceFile file("faroese-22i", "language = fo\n");
+    EXPECT_TRUE(contains(failure_of(TTS_TEST_DATA, file.name()), "dictionary is not in the data"));
+}
+
 TEST(LoadVoice, unknown_language_and_variant_are_told) {
     const VoiceFile language("klingon-22i", "language = xx-none\n");
     EXPECT_TRUE(contains(failure_of(TTS_TEST_DATA, language.name()), "xx-none"));

@@ -101,16 +101,6 @@ std::string voice_for(const std::string& tag) {
     return best;
 }
 
-std::string search_language(std::string tag) {
-    for (;;) {
-        std::string found = voice_for(tag);
-        if (!found.empty()) return found;
-        const std::size_t dash = tag.rfind('-');
-        if (dash == std::string::npos) return {};
-        tag.resize(dash);
-    }
-}
-
 void set_voice(State& engine, const std::string& language, const std::string& variant) {
     if (engine.language == language && engine.variant == variant) return;
     const std::string name = variant.empty() ? language : language + "+" + variant;
@@ -193,17 +183,6 @@ void EspeakEngine::release() {
     if (--engine.users == 0) espeak_stepper_end();
 }
 
-std::string EspeakEngine::find_language(const std::string& tag) {
-    State& engine = state();
-    std::lock_guard<std::mutex> guard(engine.lock);
-    const std::string key = ascii_lower(tag);
-    const auto known = engine.known.find(key);
-    if (known != engine.known.end()) return known->second;
-    // A hostile document must not fill the memory with tags.
-    if (engine.known.size() > 1000) engine.known.clear();
-    return engine.known[key] = search_language(key);
-}
-
 bool EspeakEngine::has_variant(const std::string& name) {
     State& engine = state();
     std::lock_guard<std::mutex> guard(engine.lock);
@@ -260,6 +239,43 @@ void Generation::finish_work() {
             engine.in_work = nullptr;
         }
     }
+}
+
+namespace {
+
+// Not every voice that espeak-ng lists is there with its dictionary: some of the data may not be installed.
+bool can_speak(State& engine, const std::string& voice) {
+    try {
+        set_voice(engine, voice, {});
+    } catch (const std::runtime_error&) {
+        return false;
+    }
+    return espeak_stepper_has_dictionary() != 0;
+}
+
+// No piece is in work.
+std::string search_language(State& engine, std::string tag) {
+    for (;;) {
+        std::string found = voice_for(tag);
+        if (!found.empty() && can_speak(engine, found)) return found;
+        const std::size_t dash = tag.rfind('-');
+        if (dash == std::string::npos) return {};
+        tag.resize(dash);
+    }
+}
+
+}  // namespace
+
+std::string EspeakEngine::find_language(const std::string& tag) {
+    State& engine = state();
+    std::lock_guard<std::mutex> guard(engine.lock);
+    const std::string key = ascii_lower(tag);
+    const auto known = engine.known.find(key);
+    if (known != engine.known.end()) return known->second;
+    Generation::finish_work();
+    // A hostile document must not fill the memory with tags.
+    if (engine.known.size() > 1000) engine.known.clear();
+    return engine.known[key] = search_language(engine, key);
 }
 
 void EspeakEngine::load_voice(const std::string& language, const std::string& variant) {

@@ -90,7 +90,7 @@ public:
     static void release();
 
     // espeak-ng's voice for a language tag such as "en-US": the tag itself, or the tag without its last parts. Empty
-    // when there is none. Answers are kept.
+    // when there is none, or none whose dictionary is there. Answers are kept.
     static std::string find_language(const std::string& tag);
 
     // Makes a language and a variant ready to speak, so that the first text need not wait. Throws std::runtime_error if

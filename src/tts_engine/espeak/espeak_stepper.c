@@ -180,6 +180,8 @@ static void report_plan(void) {
     current_sink(current_context, &event);
 }
 
+int espeak_stepper_has_dictionary(void) { return translator != NULL && translator->data_dictrules != NULL; }
+
 int espeak_stepper_begin(const char* text, const espeak_stepper_settings* settings) {
     if (voice == NULL || translator == NULL) return 1;
     current_sink = NULL;

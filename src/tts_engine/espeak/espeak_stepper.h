@@ -63,6 +63,9 @@ typedef struct espeak_stepper_settings {
     int phonemes;                         // whether [[...]] in the text holds phonemes by their mnemonics
 } espeak_stepper_settings;
 
+// Whether the voice that was set last has a dictionary. Without one espeak-ng says nothing of a text.
+int espeak_stepper_has_dictionary(void);
+
 // Reads espeak-ng's data from the folder `data`. 0 on success; otherwise the reason stands in `message`.
 int espeak_stepper_start(const char* data, char* message, size_t message_size);
 
