@@ -261,6 +261,121 @@ case_not_saved_is_a_failure() {
     expect_file "$(lexicon_with "$leicester" "$w3c")"
 }
 
+# save_copy_as PATH: in answer to the question what is to be done about a file that cannot be saved.
+save_copy_as() {
+    answer alt+c
+    use_window 'Save a copy of the lexicon' || return 1
+    keys ctrl+a # in place of the name that is offered
+    write "$1"
+    answer Return
+}
+
+case_copy_has_the_words_and_leaves_them_unsaved() {
+    chmod a-w "$lexicon"
+    open_lexicon || return 1
+    keys alt+w Home Delete
+    keys ctrl+s
+    use_window 'Dictionary editor' || return 1
+    answer alt+c
+    use_window 'Save a copy of the lexicon' || return 1
+    wine64 "$build/tests/editor/window_text.exe" 'Save a copy' </dev/null 2>/dev/null | tr -d '\r' | grep -qx 'words.pls' ||
+        fail 'no name is offered'
+    picture "$pictures/save-a-copy.png"
+    answer Escape # thought better of it: nothing is lost
+    use_window "$title" || return 1
+    is_unsaved || fail 'the title has no star'
+    keys ctrl+s
+    use_window 'Dictionary editor' || return 1
+    save_copy_as "$(windows_path "$work/copy")" || return 1
+    lexicon=$work/copy.pls expect_file "$(lexicon_with "$w3c")"
+    expect_file "$(lexicon_with "$leicester" "$w3c")"
+    use_window "$title" || return 1
+    is_unsaved || fail 'the title has no star'
+    chmod u+w "$lexicon"
+    saves
+    expect_file "$(lexicon_with "$w3c")"
+    keys Escape
+    ended 0
+}
+
+# hold FILE: another program keeps it to itself, until let_go.
+hold() {
+    wine64 "$build/tests/editor/hold_file.exe" "$(windows_path "$1")" "$(windows_path "$work/held")" </dev/null >/dev/null 2>&1 &
+    holder=$!
+    wait_until 'the file is held' test -e "$work/held"
+}
+
+let_go() {
+    rm -f "$work/held"
+    wait "$holder"
+}
+
+case_locked_is_told_and_tried_again() {
+    open_lexicon || return 1
+    keys alt+o
+    write mine
+    keys alt+p
+    write ma
+    keys Return
+    wait_until 'it shows as unsaved' is_unsaved || fail 'the title has no star'
+    hold "$lexicon" || return 1
+    keys ctrl+s
+    use_window 'Dictionary editor' || return 1
+    wine64 "$build/tests/editor/window_text.exe" 'Dictionary editor' </dev/null 2>/dev/null | grep -q "in use" ||
+        fail 'the question does not say why'
+    picture "$pictures/locked.png"
+    answer alt+t # in vain
+    use_window 'Dictionary editor' || return 1
+    let_go
+    answer alt+t
+    expect_file "$(lexicon_with "$leicester" "$w3c" "$(lexeme mine phoneme ma)")"
+    use_window "$title" || return 1
+    keys Escape
+    ended 0
+}
+
+case_locked_at_the_start_is_told() {
+    hold "$lexicon" || return 1
+    start_editor "${settings[@]}" --lex "$(windows_path "$lexicon")" --vendor NELVA
+    use_window 'Dictionary editor' || return 1
+    answer Return
+    ended 3
+    let_go
+    expect_file "$(lexicon_with "$leicester" "$w3c")"
+}
+
+# A full disk, as far as a program can tell: nothing beyond 1,024 bytes can be written, neither there nor as a copy.
+case_full_disk_leaves_the_file_and_the_words() {
+    trap '' XFSZ   # the program is told by an error, not by a signal
+    ulimit -S -f 1 # of 1,024 bytes, for what is started from now on
+    start_editor "${settings[@]}" --lex "$(windows_path "$lexicon")" --vendor NELVA
+    ulimit -S -f unlimited
+    trap - XFSZ
+    use_window "$title" || return 1
+    local long
+    long=$(printf 'many words %.0s' {1..60})
+    keys alt+o
+    write long
+    keys alt+t Down alt+p
+    write "$long"
+    keys Return ctrl+s
+    use_window 'Dictionary editor' || return 1
+    picture "$pictures/full-disk.png"
+    expect_file "$(lexicon_with "$leicester" "$w3c")"
+    nothing_left
+    save_copy_as "$(windows_path "$work/copy.pls")" || return 1
+    use_window 'Dictionary editor' || return 1
+    answer Return
+    [[ ! -e $work/copy.pls ]] || fail 'half a copy is there'
+    use_window "$title" || return 1
+    is_unsaved || fail 'the title has no star'
+    prlimit --fsize=unlimited --pid "$(pgrep -P "$running" | head -n 1)" || return 1
+    saves
+    expect_file "$(lexicon_with "$leicester" "$w3c" "$(lexeme long alias "${long% }")")"
+    keys Escape
+    ended 0
+}
+
 case_new_lexicon() {
     rm "$lexicon"
     open_lexicon || return 1
@@ -282,6 +397,34 @@ case_not_a_lexicon_is_told_and_kept() {
     answer Return
     ended 3
     expect_file 'Dear diary'
+}
+
+as_utf16() { printf '\xff\xfe' && sed 's/"UTF-8"/"UTF-16"/' | iconv -f UTF-8 -t UTF-16LE; }
+
+case_other_encoding_is_kept() {
+    lexicon_with "$leicester" "$w3c" | as_utf16 >"$lexicon"
+    open_lexicon || return 1
+    keys alt+o
+    write Nguyen
+    keys alt+p
+    write wɪn
+    keys Return
+    saves
+    cmp "$lexicon" <(lexicon_with "$leicester" "$w3c" "$(lexeme Nguyen phoneme wɪn)" | as_utf16) >&2 ||
+        fail 'the file is not as expected'
+    keys Escape
+    ended 0
+}
+
+case_unknown_encoding_is_told_and_kept() {
+    local ebcdic
+    ebcdic=$(lexicon_with "$leicester" "$w3c" | sed 's/"UTF-8"/"EBCDIC-CP-BE"/')
+    printf '%s\n' "$ebcdic" >"$lexicon"
+    start_editor "${settings[@]}" --lex "$(windows_path "$lexicon")" --vendor NELVA
+    use_window 'Dictionary editor' || return 1
+    answer Return
+    ended 3
+    expect_file "$ebcdic"
 }
 
 case_wrong_options_are_told() {

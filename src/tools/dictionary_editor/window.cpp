@@ -19,8 +19,6 @@ constexpr UINT listening_failed_message = WM_APP + 2;
 
 constexpr const char* way_names[] = {"Sounds (IPA)", "Other words"};  // by lexicon::Way
 
-std::string file_name(const std::string& path) { return path.substr(path.find_last_of("\\/") + 1); }
-
 bool edits_itself(HWND focus) {
     WCHAR name[16] = {};
     GetClassNameW(focus, name, 16);
@@ -28,6 +26,8 @@ bool edits_itself(HWND focus) {
 }
 
 }  // namespace
+
+std::string file_name(const std::string& path) { return path.substr(path.find_last_of("\\/") + 1); }
 
 std::string window_text(HWND window) {
     host::WideString text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');

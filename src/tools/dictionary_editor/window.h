@@ -87,6 +87,9 @@ private:
     bool save_failed_ = false;  // the last attempt to save did
 };
 
+// "de.pls" of a path.
+std::string file_name(const std::string& path);
+
 // The whole text of one of the window's controls, as UTF-8.
 std::string window_text(HWND window);
 

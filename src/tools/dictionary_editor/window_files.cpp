@@ -1,4 +1,5 @@
 // Saving and closing: no way out of the window loses a word without having asked. See window.h.
+#include <algorithm>
 #include <array>
 
 #include "tools/dictionary_editor/question.h"
@@ -73,6 +74,8 @@ bool Window::save_failed(const std::string& reason) {
 
 bool Window::save_copy() {
     std::array<WCHAR, 32768> path = {};
+    const host::WideString name = to_wide(file_name(options_.lexicon));
+    if (name.size() < path.size()) std::copy(name.begin(), name.end(), path.begin());
     OPENFILENAMEW dialog = {};
     dialog.lStructSize = sizeof dialog;
     dialog.hwndOwner = dialog_;
@@ -80,6 +83,7 @@ bool Window::save_copy() {
     dialog.lpstrFile = path.data();
     dialog.nMaxFile = static_cast<DWORD>(path.size());
     dialog.lpstrDefExt = L"pls";
+    dialog.lpstrTitle = L"Save a copy of the lexicon";
     dialog.Flags = OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST | OFN_NOCHANGEDIR;
     if (!GetSaveFileNameW(&dialog)) return false;
     try {

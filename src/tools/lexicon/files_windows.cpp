@@ -81,6 +81,7 @@ public:
             DWORD done = 0;
             const auto step = static_cast<DWORD>(std::min<std::size_t>(bytes.size(), 1u << 24));
             if (!WriteFile(handle_.get(), bytes.data(), step, &done, nullptr)) fail(GetLastError());
+            if (done == 0) fail(ERROR_DISK_FULL);
             bytes.remove_prefix(done);
         }
     }
