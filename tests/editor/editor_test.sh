@@ -112,7 +112,7 @@ case_add_and_save() {
 case_search_change_and_remove() {
     open_lexicon || return 1
     write CONSORT
-    keys Return Down alt+p ctrl+a
+    keys Return alt+p ctrl+a
     write 'the web people'
     keys alt+h
     keys alt+f ctrl+a BackSpace
@@ -372,6 +372,36 @@ case_full_disk_leaves_the_file_and_the_words() {
     prlimit --fsize=unlimited --pid "$(pgrep -P "$running" | head -n 1)" || return 1
     saves
     expect_file "$(lexicon_with "$leicester" "$w3c" "$(lexeme long alias "${long% }")")"
+    keys Escape
+    ended 0
+}
+
+# status_says TEXT: below the controls, whether something is unsaved or not.
+status_says() {
+    { wine64 "$build/tests/editor/window_text.exe" '*words.pls' || true; wine64 "$build/tests/editor/window_text.exe" words.pls; } \
+        </dev/null 2>/dev/null | grep -qF "$1"
+}
+
+# 200,000 words in 18 MB: whatever took time by the square would still be at it when patience ends.
+case_huge_lexicon_is_searched_and_changed() {
+    local words
+    words=$(seq 200000 | sed 's|.*|  <lexeme>\n    <grapheme>word&</grapheme>\n    <phoneme>wɜːd&</phoneme>\n  </lexeme>|')
+    lexicon_with "$words" >"$lexicon"
+    open_lexicon || return 1
+    write word19999
+    # This one and those with another digit behind it.
+    wait_until 'the words are found' status_says '11 of 200000 words found.' || fail 'the words are not found'
+    keys Return alt+p ctrl+a
+    write wə
+    wait_until 'it shows as unsaved' is_unsaved || fail 'the title has no star'
+    keys Return
+    saves
+    sed '/>word19999</{n;s|>.*<|>wə<|}' "$lexicon" | cmp - "$lexicon" || fail 'the word was not changed'
+    [[ $(wc -l <"$lexicon") == 800007 ]] || fail 'other lines were'
+    local peak
+    peak=$(sed -n 's/^VmHWM:[^0-9]*\([0-9]*\) kB/\1/p' "/proc/$(pgrep -P "$running" | head -n 1)/status")
+    echo "        peak memory $((peak / 1024)) MB"
+    ((peak < 400 * 1024)) || fail "it took $((peak / 1024)) MB"
     keys Escape
     ended 0
 }

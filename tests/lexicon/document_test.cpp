@@ -340,6 +340,23 @@ TEST(Document, find_takes_the_same_spelling_before_another_case) {
     EXPECT_EQ(*d.find("POLISH"), (WordId{0, 0}));
 }
 
+TEST(Document, find_follows_edits_and_their_way_back) {
+    Document d = Document::parse(lexicon_of("<lexeme><grapheme>One</grapheme><grapheme>ONE</grapheme></lexeme>"));
+    ASSERT_EQ(d.find("one"), (WordId{0, 0}));
+    d.change({0, 0}, words("Two", "x"));
+    EXPECT_EQ(d.find("one"), (WordId{0, 1}));
+    EXPECT_EQ(d.find("two"), (WordId{0, 0}));
+    const WordId added = d.add(words("one", "y"));
+    EXPECT_EQ(d.find("one"), added);
+    d.remove({0, 1});
+    EXPECT_EQ(d.find("ONE"), added);
+    for (int i = 0; i < 3; ++i) d.undo();
+    EXPECT_EQ(d.find("one"), (WordId{0, 0}));
+    EXPECT_EQ(d.find("two"), std::nullopt);
+    d.redo();
+    EXPECT_EQ(d.find("Two"), (WordId{0, 0}));
+}
+
 TEST(Document, utf16_is_edited_as_utf16) {
     for (const bool little : {true, false}) {
         Document d = Document::parse(utf16(replaced(sample, "UTF-8", "UTF-16"), little));
@@ -421,6 +438,20 @@ TEST(Document, large_files_take_time_in_proportion) {
     const std::vector<Word> all = d.words();
     ASSERT_EQ(all.size(), 50000u);
     for (const Word& word : all) d.change(word.id, words(word.text.word, "yy"));
+    EXPECT_EQ(d.bytes().size(), lexicon_of(content).size() + 50000);
+}
+
+// With a walk through the lexicon for each edit these would be 10,000,000,000 comparisons.
+TEST(Document, many_edits_are_repeated_in_a_large_file_in_time_in_proportion) {
+    std::string content;
+    std::vector<Edit> edits;
+    for (int i = 0; i < 200000; ++i) {
+        const std::string word = "w" + std::to_string(i);
+        content += "<lexeme><grapheme>" + word + "</grapheme><alias>x</alias></lexeme>\n";
+        if (i % 4 == 0) edits.push_back({words(word, "x"), words(word, "yy")});
+    }
+    Document d = Document::parse(lexicon_of(content));
+    repeat_edits(&d, edits);
     EXPECT_EQ(d.bytes().size(), lexicon_of(content).size() + 50000);
 }
 

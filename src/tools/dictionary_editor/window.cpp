@@ -339,10 +339,18 @@ void Window::row_chosen() {
     show_all();
 }
 
+// Into the list, and there to the first word unless one is chosen already or something typed waits for a decision.
+void Window::go_to_found() {
+    focus(IDC_WORDS);
+    if (editor_.selected() || editor_.rows().empty() || editor_.has_pending()) return;
+    const UINT state = LVIS_SELECTED | LVIS_FOCUSED;
+    ListView_SetItemState(control(IDC_WORDS), 0, state, state);
+}
+
 // The Enter key, by where the focus is.
 void Window::enter() {
     const int id = GetDlgCtrlID(GetFocus());
-    if (id == IDC_FIND) return focus(IDC_WORDS);
+    if (id == IDC_FIND) return go_to_found();
     if (id == IDC_WORDS || id == IDC_VOICE) return focus(IDC_SAID);
     if (editor_.has_pending()) {
         if (!editor_.can_add()) return focus(editor_.fields().word.empty() ? IDC_WORD : IDC_SAID);

@@ -45,6 +45,7 @@ private:
     // From the controls to the editor.
     void take_fields();
     void row_chosen();
+    void go_to_found();
     void enter();
 
     // Commands on words. One that throws BadWord says so and changes nothing.

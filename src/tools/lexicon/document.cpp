@@ -2,6 +2,7 @@
 #include "tools/lexicon/document.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 #include "tools/lexicon/parser.h"
@@ -146,12 +147,21 @@ std::vector<Word> Document::words() const {
     return result;
 }
 
+const WordIndex& Document::index() const {
+    if (index_) return *index_;
+    WordIndex result;
+    for (std::size_t i = 0; i < lexemes_.size(); ++i)
+        for (std::size_t g = 0; lexemes_[i].present && g < lexemes_[i].graphemes.size(); ++g)
+            result.add(lexemes_[i].graphemes[g].text, i);
+    return index_.emplace(std::move(result));
+}
+
 std::optional<WordId> Document::find(std::string_view word) const {
     const std::string folded = fold_case(word);
     std::optional<WordId> result;
-    for (std::size_t i = 0; i < lexemes_.size(); ++i) {
+    for (const std::size_t i : index().find(word)) {
         const Lexeme& lexeme = lexemes_[i];
-        for (std::size_t g = 0; lexeme.present && g < lexeme.graphemes.size(); ++g) {
+        for (std::size_t g = 0; g < lexeme.graphemes.size(); ++g) {
             if (lexeme.graphemes[g].text == word) return WordId{i, g};
             if (!result && !lexeme.exact && fold_case(lexeme.graphemes[g].text) == folded) result = WordId{i, g};
         }
@@ -340,7 +350,19 @@ std::optional<Edit> Document::redo() {
     return steps_[done_++].edit;
 }
 
-void Document::swap_step(Step* step) { std::swap(lexemes_[step->lexeme], step->other); }
+// The index is only a help: where there is no memory to keep it, the next look-up makes it anew.
+void Document::swap_step(Step* step) {
+    Lexeme& lexeme = lexemes_[step->lexeme];
+    std::swap(lexeme, step->other);
+    if (!index_) return;
+    try {
+        for (const Piece& piece : step->other.graphemes) index_->remove(piece.text, step->lexeme);
+        for (const Piece& piece : lexeme.graphemes)
+            if (lexeme.present) index_->add(piece.text, step->lexeme);
+    } catch (const std::bad_alloc&) {
+        index_.reset();
+    }
+}
 
 void Document::mark_saved() {
     saved_ = done_;

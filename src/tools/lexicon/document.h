@@ -16,7 +16,7 @@
 // kept and not shown.
 //
 // All text is UTF-8, whatever the file's encoding. Files of up to 256 MiB are taken; everything but undo and redo costs
-// time in proportion to the file's size at most.
+// time in proportion to the file's size at most, and a look-up or an edit only its own.
 #ifndef NELVA_TOOLS_LEXICON_DOCUMENT_H
 #define NELVA_TOOLS_LEXICON_DOCUMENT_H
 
@@ -28,6 +28,7 @@
 #include <vector>
 
 #include "tools/lexicon/encoding.h"
+#include "tools/lexicon/word_index.h"
 
 namespace lexicon {
 
@@ -174,6 +175,7 @@ private:
     std::string added_bytes() const;
     void take_step(std::size_t lexeme, Lexeme state, Edit edit);
     void swap_step(Step* step);
+    const WordIndex& index() const;
 
     std::string source_;
     Encoding encoding_;
@@ -190,6 +192,7 @@ private:
 
     std::vector<Lexeme> lexemes_;  // parsed ones in the file's order, then new ones
     std::size_t parsed_ = 0;
+    mutable std::optional<WordIndex> index_;  // of the lexemes that are present; from the first look-up on
 
     std::vector<Step> steps_;
     std::size_t done_ = 0, saved_ = 0;
