@@ -263,7 +263,7 @@ case_not_saved_is_a_failure() {
 
 # save_copy_as PATH: in answer to the question what is to be done about a file that cannot be saved.
 save_copy_as() {
-    answer alt+c
+    answer alt+p
     use_window 'Save a copy of the lexicon' || return 1
     keys ctrl+a # in place of the name that is offered
     write "$1"
@@ -276,7 +276,7 @@ case_copy_has_the_words_and_leaves_them_unsaved() {
     keys alt+w Home Delete
     keys ctrl+s
     use_window 'Dictionary editor' || return 1
-    answer alt+c
+    answer alt+p
     use_window 'Save a copy of the lexicon' || return 1
     wine64 "$build/tests/editor/window_text.exe" 'Save a copy' </dev/null 2>/dev/null | tr -d '\r' | grep -qx 'words.pls' ||
         fail 'no name is offered'
@@ -464,17 +464,40 @@ case_wrong_options_are_told() {
     ended 2
 }
 
+# every_control_is_in_order TITLE: has a label, a name and a key, and is reached by Tab; what is there is in $work/controls.
+every_control_is_in_order() {
+    wine64 "$build/tests/editor/window_probe.exe" "$1" </dev/null >"$work/controls" 2>"$work/complaints" ||
+        fail "$(<"$work/complaints")"
+}
+
+# tab_order_is LABEL...: of what every_control_is_in_order saw.
+tab_order_is() {
+    diff <(printf '%s\n' "$@") <(cut -f 2 "$work/controls" | tr -d '\r') >&2 || fail 'Tab goes another way'
+}
+
+case_questions_have_labels_and_keys() {
+    chmod a-w "$lexicon"
+    open_lexicon || return 1
+    keys alt+w Home Delete
+    keys ctrl+s
+    use_window 'Dictionary editor' || return 1
+    every_control_is_in_order 'Dictionary editor'
+    tab_order_is '&Try again' 'Save a co&py...' '&Cancel'
+    answer Escape
+    use_window "$title" || return 1
+    keys Escape
+    use_window 'Dictionary editor' || return 1
+    answer alt+n
+    ended 1
+}
+
 case_every_control_has_a_label_and_is_reached() {
     settings=()
     open_lexicon || return 1
     picture "$pictures/all-controls.png"
-    wine64 "$build/tests/editor/window_probe.exe" 'words.pls - NELVA dictionary editor' </dev/null \
-        >"$work/controls" 2>"$work/complaints" || fail "$(<"$work/complaints")"
+    every_control_is_in_order 'words.pls - NELVA dictionary editor'
     settings=(--nolistenbutton --nodictionaryvoicedropdown)
-    local name
-    for name in '&Find:' '&Words:' 'W&ord:' '&Type:' '&Pronunciation:' 'Chec&k:' '&New word' '&Save' '&Close'; do
-        cut -f 2 "$work/controls" | tr -d '\r' | grep -qxF "$name" || fail "Tab does not reach '$name'"
-    done
+    tab_order_is '&Find:' '&Words:' 'W&ord:' '&Type:' '&Pronunciation:' 'Chec&k:' '&Voice:' '&New word' '&Save' '&Close'
     keys Escape
     ended 0
 }

@@ -1,18 +1,24 @@
 // Looks at another program's window as a screen reader's makers would: prints one line for each control that the Tab
-// key reaches, in its order, with the label that stands in front of it.
+// key reaches, in its order, with the label that stands in front of it and the name that MSAA gives it.
 //
 //     window_probe TITLE
 //
-// Exits with 1 where a control has no label with a key of its own, two labels share a key, or a visible control cannot
-// be reached; what is wrong goes to standard error.
+// Exits with 1 where a control has no label with a key of its own, two labels share a key, MSAA gives a control another
+// name or key than its label's, or a visible control cannot be reached; what is wrong goes to standard error.
+//
+// Wine's MSAA does not name list views and takes a combo box's text for its name. Windows names both after the label in
+// front of them, as it does edit fields, so that the label is what is looked at there.
 #include <cstdio>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "platform/win32.h"
+#include "tools/host/com_ptr.h"
 #include "tools/host/program_arguments.h"
 #include "tools/host/utf.h"
+// Behind windows.h, which it stands on.
+#include <oleacc.h>
 
 namespace {
 
@@ -42,6 +48,36 @@ std::string label_of(HWND control) {
 char key_of(const std::string& label) {
     const std::size_t mark = label.find('&');
     return mark == label.npos || mark + 1 >= label.size() ? '\0' : ascii_lower(label.substr(mark + 1, 1))[0];
+}
+
+std::string taken(BSTR text) {
+    const std::string result = text ? to_utf8({text, SysStringLen(text)}) : "";
+    SysFreeString(text);
+    return result;
+}
+
+// What a screen reader says and what it tells to press; both empty where MSAA has no answer.
+struct Spoken {
+    std::string name, key;
+};
+
+Spoken spoken(HWND control) {
+    ComPtr<IAccessible> accessible;
+    if (FAILED(AccessibleObjectFromWindow(control, static_cast<DWORD>(OBJID_CLIENT), __uuidof(IAccessible),
+                                          reinterpret_cast<void**>(accessible.out()))))
+        return {};
+    VARIANT self = {};
+    self.vt = VT_I4;
+    self.lVal = CHILDID_SELF;
+    BSTR name = nullptr, key = nullptr;
+    accessible->get_accName(self, &name);
+    accessible->get_accKeyboardShortcut(self, &key);
+    return {taken(name), taken(key)};
+}
+
+std::string without_mark(std::string label) {
+    const std::size_t mark = label.find('&');
+    return mark == label.npos ? label : label.erase(mark, 1);
 }
 
 int problems = 0;
@@ -84,18 +120,45 @@ void check_keys(HWND window) {
     }
 }
 
-}  // namespace
+bool is_named_here(HWND control) {
+    return equal_ignoring_case(class_of(control), "Edit") || equal_ignoring_case(class_of(control), "Button");
+}
 
-int main(int argc, char** argv) {
-    const std::vector<std::string> arguments = program_arguments(argc, argv);
+void check_name(HWND control) {
+    const std::string label = label_of(control), name = without_mark(label);
+    const Spoken said = spoken(control);
+    if (name.empty()) complain("a control of class " + class_of(control) + " has no name");
+    if (!is_named_here(control)) return;
+    if (said.name != name) complain("'" + name + "' is called '" + said.name + "'");
+    if (ascii_lower(said.key) != std::string("alt+") + key_of(label))
+        complain("the key of '" + name + "' is called '" + said.key + "'");
+}
+
+void check_names(HWND window) {
+    for (HWND child = GetWindow(window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
+        if ((GetWindowLongPtrW(child, GWL_STYLE) & WS_VISIBLE) && !is_static(child)) check_name(child);
+}
+
+int probe(const std::vector<std::string>& arguments) {
     const HWND window = arguments.size() == 1 ? FindWindowW(nullptr, to_wide(arguments[0]).c_str()) : nullptr;
     if (!window) {
         complain("there is no such window");
         return 1;
     }
     const std::vector<HWND> reached = tab_order(window);
-    for (const HWND control : reached) std::printf("%s\t%s\n", class_of(control).c_str(), label_of(control).c_str());
+    for (const HWND control : reached)
+        std::printf("%s\t%s\t%s\n", class_of(control).c_str(), label_of(control).c_str(), spoken(control).name.c_str());
     check_reach(window, reached);
     check_keys(window);
+    check_names(window);
     return problems ? 1 : 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    CoInitialize(nullptr);
+    const int status = probe(program_arguments(argc, argv));
+    CoUninitialize();
+    return status;
 }

@@ -67,7 +67,7 @@ bool Window::save_failed(const std::string& reason) {
     save_failed_ = true;
     const int answer =
         ask("The lexicon \"" + options_.lexicon + "\" cannot be saved. " + reason + " Your words are still here.",
-            "&Try again", "Save a &copy...");
+            "&Try again", "Save a co&py...");
     if (answer == IDC_SECOND) save_copy();
     return answer == IDC_FIRST;
 }
