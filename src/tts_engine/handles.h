@@ -6,6 +6,7 @@
 #ifndef TTS_ENGINE_HANDLES_H
 #define TTS_ENGINE_HANDLES_H
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -13,12 +14,15 @@
 
 namespace tts {
 
+// The last number that was used for a handle, of whichever kind.
+inline std::atomic<std::uintptr_t> handle_number = 0;
+
 template <typename Record, typename Handle>
 class HandleTable {
 public:
     Handle add(std::shared_ptr<Record> record) {
         const std::lock_guard<std::mutex> guard(lock_);
-        const std::uintptr_t number = next_ += step;
+        const std::uintptr_t number = handle_number += step;
         records_.emplace(number, std::move(record));
         return reinterpret_cast<Handle>(number);
     }
@@ -43,7 +47,6 @@ public:
 private:
     static constexpr std::uintptr_t step = 16;
     std::mutex lock_;
-    std::uintptr_t next_ = 0;
     std::unordered_map<std::uintptr_t, std::shared_ptr<Record>> records_;
 };
 

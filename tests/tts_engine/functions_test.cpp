@@ -97,6 +97,49 @@ TEST(Functions, streamer_outlives_voice_and_library) {
     EXPECT_NE(tts_streamer_stop(streamer), 0);
 }
 
+TEST(Functions, streamer_that_was_stopped_does_nothing_any_more) {
+    const TestVoice voice;
+    tts_streamer streamer = tts_streamer_start(voice, "<speak>Hello there.</speak>", -1.0f);
+    tts_wave_delete(tts_streamer_synth(streamer, 2205));
+    EXPECT_EQ(tts_streamer_stop(streamer), 0);
+    EXPECT_EQ(tts_streamer_synth(streamer, 2205), nullptr);
+    EXPECT_STRNE(tts_errmsg(), "");
+    EXPECT_NE(tts_streamer_jump(streamer, 0), 0);
+    EXPECT_NE(tts_streamer_stop(streamer), 0);
+    EXPECT_STRNE(tts_errmsg(), "");
+}
+
+TEST(Functions, handle_of_one_kind_is_none_of_another) {
+    const TestVoice voice;
+    int nothing_of_ours = 0;
+    for (void* handle : {static_cast<void*>(static_cast<tts_voice>(voice)), static_cast<void*>(&nothing_of_ours)}) {
+        EXPECT_EQ(tts_streamer_synth(static_cast<tts_streamer>(handle), 1), nullptr);
+        EXPECT_NE(tts_streamer_stop(static_cast<tts_streamer>(handle)), 0);
+    }
+    EXPECT_EQ(speak(voice, "<speak>Hello.</speak>").words(), Texts{"Hello"});
+}
+
+TEST(Functions, most_samples_that_can_be_asked_for) {
+    const TestVoice voice;
+    const Speech usual = speak(voice, "<speak>Hello there. And again.</speak>");
+    for (const std::uint32_t asked : {0xFFFFFFFFu, 0x80000000u, 0x7FFFFFFFu, 1u}) {
+        const Speech speech = speak(voice, "<speak>Hello there. And again.</speak>", asked);
+        EXPECT_TRUE(speech.samples == usual.samples) << asked;
+        EXPECT_EQ(speech.events, usual.events) << asked;
+    }
+}
+
+TEST(Functions, message_is_empty_behind_a_call_that_did_not_fail) {
+    const TestVoice voice;
+    EXPECT_EQ(tts_streamer_synth(nullptr, 1), nullptr);
+    EXPECT_STRNE(tts_errmsg(), "");
+    tts_streamer streamer = tts_streamer_start(voice, "<speak/>", -1.0f);
+    EXPECT_STREQ(tts_errmsg(), "");
+    EXPECT_EQ(tts_streamer_synth(streamer, 2205), nullptr);
+    EXPECT_STREQ(tts_errmsg(), "");
+    tts_streamer_stop(streamer);
+}
+
 TEST(Functions, library_starts_again_after_its_end) {
     for (int i = 0; i < 3; ++i) EXPECT_EQ(speak("<speak>Hello.</speak>").words(), Texts{"Hello"});
 }

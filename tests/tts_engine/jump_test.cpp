@@ -10,12 +10,12 @@ const std::string document =
     "one "
     "here.</speak>";
 
-// Speaks until a word begins, jumps, and hears the rest.
+// Speaks until a word or a mark, jumps, and hears the rest.
 Speech jump_at(const std::string& text, const std::string& word, std::int32_t count, std::int32_t expected = 0) {
     const TestVoice voice;
     tts_streamer streamer = tts_streamer_start(voice, text.c_str(), -1.0f);
     Speech before;
-    while (before.words().empty() || before.sample_of(word) == ~std::uint64_t{0}) {
+    while (before.sample_of(word) == ~std::uint64_t{0}) {
         tts_wave* wave = tts_streamer_synth(streamer, 2205);
         if (wave == nullptr) break;
         take_record(before, *wave, text, 2205);
@@ -128,4 +128,61 @@ TEST(Jump, many_times_does_no_harm) {
     hear_rest(speech, streamer, document);
     tts_streamer_stop(streamer);
     EXPECT_EQ(speech.sentences().size(), 4u);
+}
+
+TEST(Jump, in_a_document_of_one_sentence_starts_it_again) {
+    for (const std::int32_t count : {-2, -1, 0, 1, 2})
+        EXPECT_EQ(jump_at("<speak>Only one here.</speak>", "one", count).words(), (Texts{"Only", "one", "here"}))
+            << count;
+}
+
+TEST(Jump, takes_a_sentence_that_is_spoken_in_pieces_for_one) {
+    std::string text = "<speak><s>First ";
+    for (int i = 0; i < 100; ++i) text += "and then some ";
+    text += "last</s><s>Second here.</s></speak>";
+    EXPECT_EQ(jump_at(text, "last", 0).words().size(), 304u);  // 2, three a hundred times, 2
+    EXPECT_EQ(jump_at(text, "last", -1).words().size(), 304u);
+    EXPECT_EQ(jump_at(text, "then", 1).words(), (Texts{"Second", "here"}));
+    EXPECT_EQ(jump_at(text, "last", 1).words(), (Texts{"Second", "here"}));
+    EXPECT_EQ(jump_at(text, "Second", -1).words().size(), 304u);
+}
+
+TEST(Jump, goes_by_the_sentences_of_elements) {
+    const std::string text = "<speak><p>One here <s>Two here</s> Three here</p><p><s>Four here</s></p></speak>";
+    EXPECT_EQ(jump_at(text, "One", 1).sentences(), (Texts{"Two here", "Three here", "Four here"}));
+    EXPECT_EQ(jump_at(text, "Four", -2).sentences(), (Texts{"Two here", "Three here", "Four here"}));
+}
+
+TEST(Jump, goes_by_sentences_where_the_markup_is_broken) {
+    EXPECT_EQ(jump_at("<speak>One & here. Two </b>here. Three <x>here.", "One", 1).sentences(),
+              (Texts{"Two </b>here.", "Three <x>here."}));
+    EXPECT_EQ(jump_at("One here.</speak> Two here. <speak>Three here.", "Three", -1).sentences(),
+              (Texts{"Two here.", "Three here."}));
+}
+
+TEST(Jump, bookmarks_of_the_goal_come_and_those_passed_over_do_not) {
+    const std::string text =
+        "<speak><mark name=\"Ba\"/>One <mark name=\"Bb\"/>here. <mark name=\"Bc\"/>Two here. <mark "
+        "name=\"Bd\"/>Three <mark name=\"Be\"/>here.<mark name=\"Bf\"/></speak>";
+    EXPECT_EQ(jump_at(text, "One", 2).marks(), (Texts{"Bd", "Be", "Bf"}));
+    EXPECT_EQ(jump_at(text, "Three", -1).marks(), (Texts{"Bc", "Bd", "Be", "Bf"}));
+    EXPECT_EQ(jump_at(text, "Three", 0).marks(), (Texts{"Bd", "Be", "Bf"}));
+}
+
+TEST(Jump, out_of_a_pause_counts_from_the_sentence_that_it_leads_to) {
+    const std::string text = "<speak>One. <mark name=\"Bpause\"/><break time=\"5s\"/>Two. Three.</speak>";
+    EXPECT_EQ(jump_at(text, "Bpause", 1).words(), Texts{"Three"});
+    EXPECT_EQ(jump_at(text, "Bpause", -1).words(), (Texts{"One", "Two", "Three"}));
+}
+
+TEST(Jump, prosody_volume_and_pitch_hold_at_the_goal) {
+    const std::string text =
+        "<speak>One here. <prosody volume=\"25\" pitch=\"+50%\" range=\"low\">Two here. <emphasis>Three "
+        "here.</emphasis></prosody> Four here.</speak>";
+    const Speech whole = speak(text);
+    for (const std::int32_t count : {1, 2, 3}) {
+        const Speech jumped = jump_at(text, "One", count);
+        EXPECT_TRUE(std::equal(jumped.samples.rbegin(), jumped.samples.rend(), whole.samples.rbegin())) << count;
+        EXPECT_EQ(jumped.sentences().size(), 4u - static_cast<unsigned>(count));
+    }
 }

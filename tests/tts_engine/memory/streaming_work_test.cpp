@@ -134,3 +134,22 @@ TEST(StreamingWorkDeep, of_a_record_is_the_same_far_into_the_document) {
         EXPECT_LE(later.records[i].bytes, std::size_t{256 * 1024}) << i;
     }
 }
+
+// Who speaks finishes what another voice has begun, and that is a sentence at most.
+TEST(StreamingWorkOfTwo, of_a_record_is_at_most_the_rest_of_the_others_sentence_more) {
+    const TestVoice one;
+    const TestVoice other;
+    const std::string sentence = "<speak>" + kinds[0].part + "</speak>";
+    const std::size_t whole = speak(one, sentence).samples.size();
+    const std::string text = document_of(kinds[0], megabyte);
+    tts_streamer streamers[] = {tts_streamer_start(one, text.c_str(), -1.0f),
+                                tts_streamer_start(other, text.c_str(), -1.0f)};
+    for (int i = 0; i < 60; ++i) {
+        tts_wave* wave = nullptr;
+        const Work work = work_of([&] { wave = tts_streamer_synth(streamers[i % 2], 2205); });
+        EXPECT_LE(work.texts, 1u) << i;
+        EXPECT_LE(work.samples, whole + 3 * 2205) << i;
+        tts_wave_delete(wave);
+    }
+    for (tts_streamer streamer : streamers) EXPECT_EQ(tts_streamer_stop(streamer), 0);
+}
