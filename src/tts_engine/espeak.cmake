@@ -24,10 +24,12 @@ endif()
 
 target_link_libraries(tts_engine_objects PUBLIC nelva_options dep_espeak dep_expat dep_sonic dep_samplerate)
 target_compile_definitions(tts_engine_objects PRIVATE TTS_ENGINE_BUILDING)
+target_link_options(tts_engine_objects INTERFACE -Wl,--wrap=rand)
 
-# This one file compiles espeak-ng's wave generator as a part of itself: it needs espeak-ng's internal headers, its
-# dialect of C and its flags (its arithmetic wraps around on purpose), and our warnings do not apply to it.
-set(NELVA_STEPPER ${CMAKE_CURRENT_SOURCE_DIR}/tts_engine/espeak/espeak_stepper.c)
+# These files compile espeak-ng's wave generators as parts of themselves: they need espeak-ng's internal headers, its
+# dialect of C and its flags (its arithmetic wraps around on purpose), and our warnings do not apply to them.
+set(NELVA_STEPPER ${CMAKE_CURRENT_SOURCE_DIR}/tts_engine/espeak/espeak_stepper.c
+                  ${CMAKE_CURRENT_SOURCE_DIR}/tts_engine/espeak/espeak_klatt.c)
 set(espeak_internal
     -isystem ${NELVA_ESPEAK_DIR}/src/libespeak-ng -isystem ${NELVA_ESPEAK_DIR}/src/include/compat
     -isystem ${NELVA_ESPEAK_DIR}/src/include -isystem ${NELVA_ESPEAK_DIR}/src/speechPlayer/include
@@ -52,14 +54,32 @@ foreach(name Flutter_ix agc cycle_count h_switch_sign amplitude2 resume echo_com
   endif()
   set(text "${changed}")
 endforeach()
-set(copy ${CMAKE_BINARY_DIR}/espeak-stepper/wavegen.c)
-set(before)
-if(EXISTS ${copy})
-  file(READ ${copy} before)
-endif()
-if(NOT before STREQUAL text)
-  file(WRITE ${copy} "${text}")
-endif()
+# Writes a copy, if it is not there.
+function(nelva_write_copy copy text)
+  set(before)
+  if(EXISTS ${copy})
+    file(READ ${copy} before)
+  endif()
+  if(NOT before STREQUAL text)
+    file(WRITE ${copy} "${text}")
+  endif()
+endfunction()
+nelva_write_copy(${CMAKE_BINARY_DIR}/espeak-stepper/wavegen.c "${text}")
+
+# The Klatt generators' have names that others have too, so they stay, and espeak_klatt.c is told of each.
+set(klatt ${NELVA_ESPEAK_DIR}/src/libespeak-ng/klatt.c)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${klatt})
+file(READ ${klatt} text)
+foreach(name time_count noise voice vlast glotlast sourc vwave skew nlast prev_fr)
+  string(REGEX REPLACE "\tstatic (int|long|double|frame_t) ${name};" "\tstatic \\1 ${name}; ESPEAK_KLATT_REMEMBER(${name})"
+         changed "${text}")
+  if(changed STREQUAL text)
+    message(FATAL_ERROR "espeak-ng's klatt.c has no variable \"${name}\" in a function: espeak_klatt.c fits another "
+                        "version.")
+  endif()
+  set(text "${changed}")
+endforeach()
+nelva_write_copy(${CMAKE_BINARY_DIR}/espeak-stepper/klatt.c "${text}")
 
 if(WIN32)
   target_sources(tts_engine PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/tts_engine/tts_engine.def)

@@ -10,6 +10,7 @@
 #include <numeric>
 
 #include "speech.h"
+#include "test_file.h"
 
 namespace {
 
@@ -189,6 +190,10 @@ TEST(Languages, sound_the_same_on_every_system) {
 #endif
     std::string heard;
     for (const std::string& language : languages()) heard += digest_line(language, speech_in(language));
+    for (const std::string variant : {"whisper", "klatt", "klatt4", "caleb"}) {
+        const TestFile file("22i", "language = en-us\nvariant = " + variant + "\n");
+        heard += digest_line(variant, speak(TestVoice(TTS_TEST_DATA, file.name()), document_in("en")));
+    }
     const fs::path folder(TTS_TEST_DIGESTS);
     const std::string version = version_of_sources();
     std::error_code ignored;

@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "speech.h"
+#include "test_file.h"
 
 namespace {
 
@@ -120,4 +121,20 @@ TEST(Streaming, text_without_blanks_is_spoken_in_pieces) {
     ASSERT_NE(wave, nullptr);
     tts_wave_delete(wave);
     tts_streamer_stop(streamer);
+}
+
+// espeak-ng's Klatt generators keep a flutter and a noise of their own; the last two are SpeechPlayer's.
+TEST(Sharing, variants_sound_the_same_whatever_was_left_before) {
+    const std::string document = "<speak>A second sentence.</speak>";
+    for (const std::string variant : {"m1", "whisper", "croak", "klatt", "klatt4", "UniRobot", "caleb"}) {
+        const TestFile file("22i", "language = en-us\nvariant = " + variant + "\n");
+        const TestVoice voice(TTS_TEST_DATA, file.name());
+        const Speech alone = speak(voice, document);
+        for (int records = 0; records < 12; ++records) {
+            tts_streamer streamer = tts_streamer_start(voice, "<speak>The first, a longer one; sunny.</speak>", -1.0f);
+            for (int i = 0; i < records; ++i) tts_wave_delete(tts_streamer_synth(streamer, 1500));
+            EXPECT_EQ(tts_streamer_stop(streamer), 0);
+            EXPECT_EQ(speak(voice, document), alone) << variant << " after " << records << " records";
+        }
+    }
 }

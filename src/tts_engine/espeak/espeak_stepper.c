@@ -29,11 +29,11 @@ static _Bool resume;
 #include "wavegen.c"
 #undef MarkerEvent
 
+#include "espeak_klatt.h"
 #include "espeak_stepper.h"
 
 #include "dictionary.h"
 #include "error.h"
-#include "klatt.h"
 #include "phoneme.h"
 #include "readclause.h"
 #include "speech.h"
@@ -118,8 +118,7 @@ void espeak_stepper_end(void) {
 
 static void reset_wave_generator(void) {
     empty_queue();
-    // Also where memory ran out while one of them was made anew, there is a Klatt generator again.
-    KlattReset(1);
+    espeak_klatt_reset();
     espeak_srand(1);
     memset(&wdata, 0, sizeof wdata);
     wdata.amplitude = 32;
