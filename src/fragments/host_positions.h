@@ -22,6 +22,12 @@ public:
     // Adds `count` bytes that all stand at `position`.
     void add_bytes(std::uint32_t position, std::size_t count) { add_run(position, count, one_position); }
 
+    // Forgets all of them, but keeps the room that they took.
+    void clear() {
+        runs_.clear();
+        end_ = 0;
+    }
+
     void set_end(std::uint32_t position) { end_ = position; }
     std::uint32_t end() const { return end_; }
 

@@ -116,9 +116,11 @@ void fill_tag(std::uint32_t* target, const std::uint32_t* target_end, const std:
     while (target < target_end) *target++ = position;
 }
 
+// Gives the number of text bytes that it found.
 template <typename Cursor>
-void fill(std::uint32_t* map, std::string_view ssml, Cursor text) {
+std::size_t fill(std::uint32_t* map, std::string_view ssml, Cursor text) {
     const std::uint32_t* const map_end = map + ssml.size() + 1;
+    std::size_t found = 0;
     std::size_t i = 0;
     while (i < ssml.size()) {
         const std::size_t start = i;
@@ -129,18 +131,31 @@ void fill(std::uint32_t* map, std::string_view ssml, Cursor text) {
             i = behind_entity(ssml, i);
             std::fill_n(map + start, i - start, text.next());
             text.skip_one();
+            ++found;
         } else {
             i = find_markup(ssml, i);
             text.take(map + start, i - start);
+            found += i - start;
         }
     }
     map[ssml.size()] = text.end();
+    return found;
 }
 
 }  // namespace
 
-void fill_ssml_sapi_posmap(std::uint32_t* map, std::string_view ssml, const HostPositions& positions) {
-    fill(map, ssml, HostPositionCursor(positions));
+bool is_whole_tags(std::string_view markup) {
+    bool in_tag = false;
+    TagEnd end;
+    for (const char c : markup) {
+        if (!in_tag && c != '<') return false;
+        in_tag = !in_tag || !end.is_at(c);
+    }
+    return !in_tag;
+}
+
+std::size_t fill_ssml_sapi_posmap(std::uint32_t* map, std::string_view ssml, const HostPositions& positions) {
+    return fill(map, ssml, HostPositionCursor(positions));
 }
 
 void build_ssml_sapi_posmap(std::vector<std::uint32_t>* map, const std::string& ssml,

@@ -1,5 +1,5 @@
-// The driver that joins the fragment walk, the SSML writer and the position map, and the one place where the
-// library's exceptions end.
+// The driver: the direct way where the list allows it, otherwise the fragment walk, the SSML writer and the position
+// map one after the other; and the one place where the library's exceptions end.
 //
 // Memory is what it takes care of: the rich text goes as soon as the document stands, the document as soon as it is
 // copied, and the map is built where the caller will own it.
@@ -11,19 +11,13 @@
 #include <memory>
 #include <new>
 
+#include "fragments/direct_document.h"
 #include "fragments/fragment_walk.h"
 #include "fragments/host_positions.h"
 #include "fragments/posmap.h"
 #include "speechtext/speechtext.h"
 
 namespace {
-
-struct Free {
-    void operator()(void* block) const { std::free(block); }
-};
-
-template <typename T>
-using malloc_ptr = std::unique_ptr<T[], Free>;
 
 template <typename T>
 malloc_ptr<T> allocate(std::size_t count) {
@@ -32,35 +26,45 @@ malloc_ptr<T> allocate(std::size_t count) {
     return block;
 }
 
-struct Document {
+struct Converted {
     int result;
     std::string ssml;
     HostPositions positions;
 };
 
-Document convert(const SPVTEXTFRAG* fragments, const char* language) {
-    Document document{};
+Converted convert(const SPVTEXTFRAG* fragments, const char* language) {
+    Converted converted{};
     Speechtext text;
-    document.result =
-        spvtextfrags_to_speechtext(fragments, &text, &document.positions, language, spvtextfrags_to_ssml_opts_impl);
-    if (SUCCEEDED(document.result)) document.ssml = text.to_ssml();
-    return document;
+    converted.result =
+        spvtextfrags_to_speechtext(fragments, &text, &converted.positions, language, spvtextfrags_to_ssml_opts_impl);
+    if (SUCCEEDED(converted.result)) converted.ssml = text.to_ssml();
+    return converted;
+}
+
+HRESULT convert_by_rich_text(const SPVTEXTFRAG* fragments, const char* language, MappedDocument* document) {
+    Converted converted = convert(fragments, language);
+    if (FAILED(converted.result)) return converted.result;
+
+    const std::size_t size = converted.ssml.size();
+    document->size = size;
+    document->ssml = allocate<char>(size + 1);
+    std::memcpy(document->ssml.get(), converted.ssml.c_str(), size + 1);
+    std::string().swap(converted.ssml);
+    document->posmap = allocate<std::uint32_t>(size + 1);
+    fill_ssml_sapi_posmap(document->posmap.get(), {document->ssml.get(), size}, converted.positions);
+    return converted.result;
 }
 
 HRESULT hand_over(const SPVTEXTFRAG* fragments, char** ssml, std::uint32_t** posmap, const char* language) {
-    Document document = convert(fragments, language);
-    if (FAILED(document.result)) return document.result;
-
-    const std::size_t size = document.ssml.size();
-    malloc_ptr<char> ssml_block = allocate<char>(size + 1);
-    std::memcpy(ssml_block.get(), document.ssml.c_str(), size + 1);
-    std::string().swap(document.ssml);
-    malloc_ptr<std::uint32_t> map_block = allocate<std::uint32_t>(size + 1);
-    fill_ssml_sapi_posmap(map_block.get(), {ssml_block.get(), size}, document.positions);
-
-    *ssml = ssml_block.release();
-    *posmap = map_block.release();
-    return document.result;
+    MappedDocument document;
+    HRESULT hr = 0;
+    if (!convert_directly(fragments, language, spvtextfrags_to_ssml_opts_impl, &document)) {
+        hr = convert_by_rich_text(fragments, language, &document);
+        if (FAILED(hr)) return hr;
+    }
+    *ssml = document.ssml.release();
+    *posmap = document.posmap.release();
+    return hr;
 }
 
 }  // namespace

@@ -12,12 +12,9 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "fragments/ascii_units.h"
 #include "fragments/host_positions.h"
 #include "speechtext/speechtext.h"
-
-#ifdef __SSE2__
-#include <emmintrin.h>
-#endif
 
 namespace {
 
@@ -29,7 +26,6 @@ constexpr std::size_t block_bytes = 3 * block_units + character_bytes;
 // So much ASCII in a row pays for ending a run.
 constexpr std::size_t ascii_stretch = 32;
 
-bool is_ascii(WCHAR unit) { return unit < 0x80; }
 bool is_high_surrogate(WCHAR unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
 bool is_low_surrogate(WCHAR unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
 bool is_surrogate(WCHAR unit) { return unit >= 0xD800 && unit <= 0xDFFF; }
@@ -45,31 +41,6 @@ std::size_t count_while(const WCHAR* units, std::size_t count, Test test) {
 std::size_t count_paired(const WCHAR* units, std::size_t count) {
     std::size_t i = 0;
     while (i < count && utf16_character_length(units + i, count - i) == 2) i += 2;
-    return i;
-}
-
-// Narrows units to bytes while they are ASCII; gives the number done.
-std::size_t narrow_ascii(const WCHAR* units, std::size_t count, char* bytes) {
-    std::size_t i = 0;
-#ifdef __SSE2__
-    const __m128i beyond_ascii = _mm_set1_epi16(static_cast<short>(0xFF80));
-    for (; count - i >= 16; i += 16) {
-        const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units + i));
-        const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(units + i + 8));
-        const __m128i beyond = _mm_and_si128(_mm_or_si128(low, high), beyond_ascii);
-        if (_mm_movemask_epi8(_mm_cmpeq_epi16(beyond, _mm_setzero_si128())) != 0xFFFF) break;
-        _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes + i), _mm_packus_epi16(low, high));
-    }
-    // A short fragment's word is all in here.
-    for (; count - i >= 4; i += 4) {
-        const __m128i four = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(units + i));
-        const __m128i beyond = _mm_and_si128(four, beyond_ascii);
-        if (_mm_movemask_epi8(_mm_cmpeq_epi16(beyond, _mm_setzero_si128())) != 0xFFFF) break;
-        const int narrowed = _mm_cvtsi128_si32(_mm_packus_epi16(four, four));
-        std::memcpy(bytes + i, &narrowed, 4);
-    }
-#endif
-    for (; i < count && is_ascii(units[i]); ++i) bytes[i] = static_cast<char>(units[i]);
     return i;
 }
 

@@ -38,6 +38,7 @@ public:
 
 private:
     friend class Speechtext;
+    friend class DirectDocument;  // writes the document piece by piece
     friend struct SsmlEncoderTestAccess;
 
     // What the open elements have established at the end of the document. The other text properties are never written,

@@ -30,6 +30,12 @@ struct bit_planes {
     byte_mask bit[8];
 };
 
+// Does this character go into XML as it is, as one byte?
+constexpr bool is_plain(unsigned int c) {
+    const bool kept = (c >= 0x20 && c < 0x80) || c == '\t' || c == '\n' || c == '\r';
+    return kept && c != '"' && c != '&' && c != '\'' && c != '<' && c != '>';
+}
+
 // Eight bytes, the first in the lowest bits, on any machine. Compilers make one load of it.
 inline std::uint64_t load_eight(const char* bytes) {
     std::uint64_t word = 0;
@@ -50,8 +56,7 @@ inline bit_planes planes_portable(const char* block) {
     return planes;
 }
 
-// The bytes that do not go into XML as they are, or may not: all but 0x20 to 0x7F, tab, LF and CR, and of those the
-// five special characters.
+// The bytes that do not go into XML as they are, or may not: all that are not is_plain().
 inline byte_mask not_plain_portable(const char* block) {
     const bit_planes p = planes_portable(block);
     const auto& b = p.bit;
@@ -93,21 +98,20 @@ inline bit_planes planes_of(const char* block) {
 
 inline byte_mask high_bits(const char* block) { return mask_of(block, movemask); }
 
-inline byte_mask not_plain(const char* block) {
-    return mask_of(block, [](__m128i bytes) {
-        const auto equals = [&](char wanted) { return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(wanted)); };
-        const auto equals_but = [&](char ignored, char wanted) {
-            return _mm_cmpeq_epi8(_mm_and_si128(bytes, _mm_set1_epi8(static_cast<char>(~ignored))),
-                                  _mm_set1_epi8(wanted));
-        };
-        // Signed, so that bytes from 0x80 up are below 0x20 as well.
-        const __m128i low = _mm_cmplt_epi8(bytes, _mm_set1_epi8(0x20));
-        const __m128i kept = _mm_or_si128(_mm_or_si128(equals('\t'), equals('\n')), equals('\r'));
-        const __m128i quotes = _mm_or_si128(equals('"'), equals_but(1, '&'));  // & and '
-        const __m128i angles = equals_but(2, '<');                             // < and >
-        return movemask(_mm_or_si128(_mm_andnot_si128(kept, low), _mm_or_si128(quotes, angles)));
-    });
+inline byte_mask not_plain_of_16(__m128i bytes) {
+    const auto equals = [&](char wanted) { return _mm_cmpeq_epi8(bytes, _mm_set1_epi8(wanted)); };
+    const auto equals_but = [&](char ignored, char wanted) {
+        return _mm_cmpeq_epi8(_mm_and_si128(bytes, _mm_set1_epi8(static_cast<char>(~ignored))), _mm_set1_epi8(wanted));
+    };
+    // Signed, so that bytes from 0x80 up are below 0x20 as well.
+    const __m128i low = _mm_cmplt_epi8(bytes, _mm_set1_epi8(0x20));
+    const __m128i kept = _mm_or_si128(_mm_or_si128(equals('\t'), equals('\n')), equals('\r'));
+    const __m128i quotes = _mm_or_si128(equals('"'), equals_but(1, '&'));  // & and '
+    const __m128i angles = equals_but(2, '<');                             // < and >
+    return movemask(_mm_or_si128(_mm_andnot_si128(kept, low), _mm_or_si128(quotes, angles)));
 }
+
+inline byte_mask not_plain(const char* block) { return mask_of(block, not_plain_of_16); }
 
 #else
 

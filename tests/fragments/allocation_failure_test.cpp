@@ -108,8 +108,9 @@ long expect_out_of_memory_at_each(const FragmentList& list, long* left) {
 TEST(AllocationFailure, every_new_gives_out_of_memory) {
     FragmentList list;
     add_all_kinds(&list);
-    // At the least: text, positions, three records of attributes, a break and six marks.
-    EXPECT_GE(expect_out_of_memory_at_each(list, &news_left), 12);
+    // At the least: the root's tag, the long category for the attributes and for those in force, and of the long
+    // bookmark its name, the mark and the tag.
+    EXPECT_GE(expect_out_of_memory_at_each(list, &news_left), 6);
 }
 
 TEST(AllocationFailure, every_new_gives_out_of_memory_with_raw_markup) {
@@ -128,6 +129,12 @@ TEST(AllocationFailure, each_of_the_two_blocks_gives_out_of_memory) {
     FragmentList list;
     list.speak(NELVA_WIDE("text"));
     EXPECT_EQ(expect_out_of_memory_at_each(list, &mallocs_left), 2);
+}
+
+TEST(AllocationFailure, each_growth_of_the_two_blocks_gives_out_of_memory) {
+    FragmentList list;
+    list.speak(Wide(10000, '&'));  // five bytes for each unit: both blocks are made for one and have to grow
+    EXPECT_GE(expect_out_of_memory_at_each(list, &mallocs_left), 4);
 }
 
 #endif

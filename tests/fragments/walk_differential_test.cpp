@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <random>
 
 #include "fragments/fragment_list.h"
+#include "fragments/random_fragments.h"
 #include "sapi/sapi_datakey.h"
 
 namespace {
@@ -145,84 +145,6 @@ private:
     unsigned int next_mark_ = 1;
     unsigned int next_break_ = 1;
     std::uint32_t host_end_ = 0;
-};
-
-// ---- Random lists ----
-
-class RandomList {
-public:
-    explicit RandomList(unsigned seed) : random_(seed) {
-        const int count = below(12);
-        for (int i = 0; i < count; ++i) add_fragment();
-    }
-
-    FragmentList list;
-
-private:
-    int below(int limit) { return static_cast<int>(random_() % static_cast<unsigned>(limit)); }
-
-    WCHAR random_unit() {
-        switch (below(12)) {
-            case 0:
-                return static_cast<WCHAR>(0xD800 + below(0x400));
-            case 1:
-                return static_cast<WCHAR>(0xDC00 + below(0x400));
-            case 2:
-                return static_cast<WCHAR>(below(0x20));
-            case 3:
-                return static_cast<WCHAR>(0x80 + below(0x780));
-            case 4:
-                return static_cast<WCHAR>(0x800 + below(0xF800));
-            case 5:
-                return static_cast<WCHAR>("<>&\"'/"[below(6)]);
-            default:
-                return static_cast<WCHAR>(0x20 + below(0x60));
-        }
-    }
-
-    // Stretches of one kind, so that runs of all lengths come about; some texts span several blocks.
-    Wide random_text() {
-        Wide text;
-        const int parts = below(5);
-        for (int i = 0; i < parts; ++i) {
-            const int length = below(10) == 0 ? below(3000) : below(80);
-            const int kind = below(4);
-            for (int k = 0; k < length; ++k) {
-                if (kind == 0) text.push_back(random_unit());
-                if (kind == 1) text.push_back(static_cast<WCHAR>('a' + k % 26));
-                if (kind == 2) text.push_back(static_cast<WCHAR>(0x4E00 + k));
-                if (kind == 3) text += {static_cast<WCHAR>(0xD83D), static_cast<WCHAR>(0xDE00 + k % 0x40)};
-            }
-        }
-        return text;
-    }
-
-    Wide random_markup() {
-        static const Wide markups[] = {NELVA_WIDE("<b>"),      NELVA_WIDE("</sub>"),     NELVA_WIDE("<SPEAK a=\"b\">"),
-                                       NELVA_WIDE("</speak>"), NELVA_WIDE("<a/> tail"),  NELVA_WIDE("none"),
-                                       NELVA_WIDE(">"),        NELVA_WIDE("<s>in</s>x"), NELVA_WIDE("<spea>")};
-        return below(4) == 0 ? random_text() : markups[below(9)];
-    }
-
-    void add_fragment() {
-        static const Wide categories[] = {NELVA_WIDE("date_mdy"),     NELVA_WIDE("Date_"), NELVA_WIDE("TIME"),
-                                          NELVA_WIDE("phone_number"), NELVA_WIDE("other"), Wide(300, 'x')};
-        static const LANGID languages[] = {0, 0, 0x409, 0x407, 0x540A, 0x3FF};
-        static const LONG numbers[] = {0, 0, 0, 3, -4, 0x7FFFFFFF, -0x7FFFFFFF - 1};
-        const int action = below(10) < 5 ? 0 : below(9);
-        SPVTEXTFRAG& fragment = list.add(action, action == 6 ? random_markup() : random_text(), random_());
-        SPVSTATE& state = fragment.State;
-        state.SilenceMSecs = random_();
-        state.LangID = languages[below(6)];
-        state.EmphAdj = numbers[below(7)];
-        state.RateAdj = numbers[below(7)];
-        state.PitchAdj.MiddleAdj = numbers[below(7)];
-        if (below(3) == 0) state.Volume = random_();
-        if (below(3) == 0) state.Context.pCategory = categories[below(6)].c_str();
-        if (below(20) == 0) fragment.pTextStart = nullptr;
-    }
-
-    std::mt19937 random_;
 };
 
 }  // namespace
