@@ -18,7 +18,8 @@ RequestExecutionLevel admin
 !define SOFTWARE "Software\Nelva"
 !define UNINSTALL "Software\Microsoft\Windows\CurrentVersion\Uninstall\Nelva"
 !define TOKENS "Software\Microsoft\Speech\Voices\Tokens"
-!define CLASS "Software\Classes\CLSID\{A174EDD5-7D96-4DE4-BACE-EF267627D834}"
+!define CLASS_ID "{A174EDD5-7D96-4DE4-BACE-EF267627D834}"
+!define CLASS "Software\Classes\CLSID\${CLASS_ID}"
 !define NOT_ADDED "$INSTDIR\voices-not-added.txt" ; which could not be, and why
 !define OTHER_LANGUAGES "Data of other languages"
 
@@ -315,7 +316,8 @@ FunctionEnd
 
 ; ---- Uninstalling ----
 
-; Voices of ours are those whose data lies in our folder, whoever added them.
+; Voices of ours are those whose data lies in our folder, whoever added them, and those of our class that have lost their
+; libPath.
 Function un.RemoveTokens
   StrLen $R3 "$INSTDIR\"
   StrCpy $R0 0
@@ -325,8 +327,11 @@ Function un.RemoveTokens
       ${ExitDo}
     ${EndIf}
     ReadRegStr $R2 HKLM "${TOKENS}\$R1" "libPath"
+    ReadRegStr $R4 HKLM "${TOKENS}\$R1" "CLSID"
+    StrCpy $R5 "$R4;$R2"
     StrCpy $R2 $R2 $R3
     ${If} $R2 == "$INSTDIR\"
+    ${OrIf} $R5 == "${CLASS_ID};"
       DeleteRegKey HKLM "${TOKENS}\$R1"
     ${Else}
       IntOp $R0 $R0 + 1
@@ -360,6 +365,7 @@ They are in $LexiconFolder, and a later installation finds them again." /SD IDNO
   ${EndIf}
 remove:
   Delete "$LexiconFolder\*.pls"
+  Delete "$LexiconFolder\*.pls.new*" ; what a crash in the midst of saving has left
 folders:
   RMDir "$LexiconFolder"
   RMDir "$APPDATA\Nelva"

@@ -172,6 +172,20 @@ check 'silent uninstallation succeeds' uninstall
 check 'the lexicon is still there' test -e "$lexicons/de.pls"
 check 'installation finds it again' gives 0 install
 home='C:\Program Files\Nelva' folder="$drive/Program Files/Nelva"
+
+# Tokens that somebody has damaged.
+damaged() { run reg add "$tokens\\nelva-$1" /v libPath /t REG_DWORD /d 1 /f && run reg delete "$tokens\\nelva-$1" /v voxPath /f; }
+voices_are_right() { gives "$1" run_plainly "$home\\bin\\nelva-voices.exe" check; }
+run_plainly() { wine64 "$@" </dev/null 2>/dev/null; }
+told_of() { run_plainly "$home\\bin\\nelva-voices.exe" check --quiet | grep -q "^nelva-$1.*wrong: .*$2"; }
+check 'a token is damaged' damaged fr
+check 'nelva-voices check is not content' voices_are_right 1
+check 'it tells of the value of another type' told_of fr libPath
+check 'it tells of the value that is missing' told_of fr voxPath
+check 'a host is told so' gives 1 run_plainly "$home\\bin\\nelva-say.exe" --voice nelva-fr -o "Z:${work//\//\\}\\voice.wav" 2
+check 'installing again mends it' gives 0 install /LANGUAGES=fr
+check 'nelva-voices check is content again' voices_are_right 0
+check 'it is damaged again, and goes all the same' damaged fr
 check 'the lexicon was left alone' grep -q '<lexicon/>' "$lexicons/de.pls"
 check 'uninstallation with lexicons succeeds' uninstall /LEXICONS
 rmdir "$drive/Elsewhere"
