@@ -316,8 +316,7 @@ FunctionEnd
 
 ; ---- Uninstalling ----
 
-; Voices of ours are those whose data lies in our folder, whoever added them, and those of our class that have lost their
-; libPath.
+; Voices of ours are those whose data lies in our folder, whoever added them, and those of our class whose data is nowhere.
 Function un.RemoveTokens
   StrLen $R3 "$INSTDIR\"
   StrCpy $R0 0
@@ -328,10 +327,15 @@ Function un.RemoveTokens
     ${EndIf}
     ReadRegStr $R2 HKLM "${TOKENS}\$R1" "libPath"
     ReadRegStr $R4 HKLM "${TOKENS}\$R1" "CLSID"
-    StrCpy $R5 "$R4;$R2"
+    ${If} $R2 == ""
+    ${OrIfNot} ${FileExists} "$R2\*.*"
+      StrCpy $R5 nowhere
+    ${Else}
+      StrCpy $R5 somewhere
+    ${EndIf}
     StrCpy $R2 $R2 $R3
     ${If} $R2 == "$INSTDIR\"
-    ${OrIf} $R5 == "${CLASS_ID};"
+    ${OrIf} "$R4 $R5" == "${CLASS_ID} nowhere"
       DeleteRegKey HKLM "${TOKENS}\$R1"
     ${Else}
       IntOp $R0 $R0 + 1

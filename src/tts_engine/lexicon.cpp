@@ -277,7 +277,7 @@ Lexicon parse_lexicon(std::string_view text, const std::string& name) {
     return lexicon;
 }
 
-Lexicon read_lexicon(const std::string& name) {
+std::string read_lexicon_text(const std::string& name) {
     std::ifstream file(path_of(name), std::ios::binary);
     if (!file) throw std::runtime_error("lexicon \"" + name + "\" cannot be opened");
     std::string text;
@@ -286,7 +286,7 @@ Lexicon read_lexicon(const std::string& name) {
         text.append(buffer, static_cast<std::size_t>(file.gcount()));
     if (file.bad()) throw std::runtime_error("lexicon \"" + name + "\" cannot be read");
     if (text.size() > largest_file) throw std::runtime_error("lexicon \"" + name + "\" is too large");
-    return parse_lexicon(text, name);
+    return text;
 }
 
 }  // namespace tts

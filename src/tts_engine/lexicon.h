@@ -75,10 +75,10 @@ private:
     std::size_t longest_ = 0;
 };
 
-// Reads a lexicon, named in UTF-8, of at most 64 MB. Throws std::runtime_error that names file and line.
-Lexicon read_lexicon(const std::string& name);
+// The text of a lexicon's file, named in UTF-8, of at most 64 MB. Throws std::runtime_error that names the file.
+std::string read_lexicon_text(const std::string& name);
 
-// Reads its text; `name` is for messages.
+// What the text says. Throws std::runtime_error that names `name` and the line.
 Lexicon parse_lexicon(std::string_view text, const std::string& name);
 
 }  // namespace tts

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
+#include <functional>
 #include <limits>
 #include <mutex>
 #include <new>
@@ -50,9 +51,30 @@ struct Voice {
         speech.lexicon.swap(lexicon);
     }
 
+    // What a lexicon's text says. A host has its lexicon loaded anew for each Speak, and in nearly all of them it is
+    // the text of the time before: that costs reading the file, and no more.
+    std::shared_ptr<const tts::Lexicon> lexicon_of(const std::string& text, const std::string& name) {
+        const std::size_t hash = std::hash<std::string_view>()(text);
+        {
+            std::lock_guard<std::mutex> guard(lock);
+            if (last.lexicon && last.size == text.size() && last.hash == hash) return last.lexicon;
+        }
+        auto lexicon = std::make_shared<const tts::Lexicon>(tts::parse_lexicon(text, name));
+        std::lock_guard<std::mutex> guard(lock);
+        last = {text.size(), hash, lexicon};
+        return lexicon;
+    }
+
+    // The lexicon that was made last, and of which text.
+    struct LastLexicon {
+        std::size_t size = 0, hash = 0;
+        std::shared_ptr<const tts::Lexicon> lexicon;
+    };
+
     std::shared_ptr<Library> library;
     std::mutex lock;
     tts::StreamerVoice speech;
+    LastLexicon last;
 };
 
 // Up to this size a document is copied, since a caller may well pass a temporary string, and that costs nothing that
@@ -166,7 +188,7 @@ int32_t TTS_CALL tts_dict_load(tts_voice voice, const char* path) {
         const auto speaker = found<Voice>(voice, "voice");
         speaker->set_lexicon(nullptr);
         if (path == nullptr) throw std::runtime_error("there is no lexicon");
-        speaker->set_lexicon(std::make_shared<const tts::Lexicon>(tts::read_lexicon(path)));
+        speaker->set_lexicon(speaker->lexicon_of(tts::read_lexicon_text(path), path));
         return 0;
     });
 }

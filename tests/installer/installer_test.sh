@@ -177,7 +177,11 @@ home='C:\Program Files\Nelva' folder="$drive/Program Files/Nelva"
 damaged() { run reg add "$tokens\\nelva-$1" /v libPath /t REG_DWORD /d 1 /f && run reg delete "$tokens\\nelva-$1" /v voxPath /f; }
 voices_are_right() { gives "$1" run_plainly "$home\\bin\\nelva-voices.exe" check; }
 run_plainly() { wine64 "$@" </dev/null 2>/dev/null; }
-told_of() { run_plainly "$home\\bin\\nelva-voices.exe" check --quiet | grep -q "^nelva-$1.*wrong: .*$2"; }
+told_of() {
+    run_plainly "$home\\bin\\nelva-voices.exe" check --quiet >"$work/faults" # ends with 1
+    cat "$work/faults"
+    grep -q "^nelva-$1.*wrong: $2 is missing or no string" "$work/faults"
+}
 check 'a token is damaged' damaged fr
 check 'nelva-voices check is not content' voices_are_right 1
 check 'it tells of the value of another type' told_of fr libPath

@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
+#include <fstream>
 #include <sstream>
 
 #include "speech.h"
@@ -179,6 +182,41 @@ TEST(LexiconHeard, bad_one_loads_nothing_and_tells_why) {
     EXPECT_NE(tts_dict_load(voice, bad.name().c_str()), 0);
     EXPECT_NE(std::string(tts_errmsg()).find("bad.pls:5: mismatched tag"), std::string::npos) << tts_errmsg();
     EXPECT_TRUE(speak(voice, "Hello.") == plain);
+}
+
+TEST(LexiconHeard, changed_file_counts_from_the_next_load_on) {
+    const std::string text = lexicon_of(alias("hello", "good bye"));
+    const TestFile file("words.pls", text);
+    const TestVoice voice;
+    const auto load_and_speak = [&] {
+        EXPECT_EQ(tts_dict_load(voice, file.name().c_str()), 0) << tts_errmsg();
+        return speak(voice, "Hello.");
+    };
+    const Speech before = load_and_speak();
+    EXPECT_TRUE(load_and_speak() == before);
+    std::ofstream(file.name(), std::ios::binary) << lexicon_of(alias("hello", "good day"));  // of the same size
+    EXPECT_FALSE(load_and_speak() == before);
+    std::ofstream(file.name(), std::ios::binary) << text;
+    EXPECT_TRUE(load_and_speak() == before);
+}
+
+TEST(LexiconHeard, unchanged_file_is_not_parsed_again) {
+    std::string lexemes;
+    for (int i = 0; i < 20000; ++i) lexemes += alias("word" + std::to_string(i), "x");
+    const TestFile file("words.pls", lexicon_of(lexemes));
+    const TestVoice voice;
+    const auto time_of_load = [&] {
+        const auto start = std::chrono::steady_clock::now();
+        EXPECT_EQ(tts_dict_load(voice, file.name().c_str()), 0);
+        return std::chrono::steady_clock::now() - start;
+    };
+    const auto first = time_of_load();
+    auto again = time_of_load();
+    for (int i = 0; i < 5; ++i) {
+        tts_dict_cleanup(voice);
+        again = std::min(again, time_of_load());
+    }
+    EXPECT_LT(again, first / 4);
 }
 
 TEST(LexiconHeard, voices_do_not_share_one) {
