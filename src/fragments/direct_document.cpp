@@ -34,8 +34,9 @@ namespace {
 constexpr std::size_t short_text = 64;
 constexpr std::size_t short_tag = 32;
 constexpr std::size_t map_block = 8;
-// A piece of long text: small enough to stay in the caches with its positions.
-constexpr std::size_t piece_units = 1 << 14;
+// A piece of long text: small enough to stay in the caches, and large enough that writing its part of the map is not
+// broken off all the time (a quarter of it was measured to cost a tenth more).
+constexpr std::size_t piece_units = 1 << 16;
 
 // A document begins with room for so much: its root, a tag for each fragment, and text that is ASCII but for a few
 // characters, as most is. What is not used costs nothing.
