@@ -79,6 +79,11 @@ bool is_abbreviation(const std::vector<Character>& text, std::size_t end, char32
     return is_abbreviation_in(language, word.letters, is_digit(next));
 }
 
+// Whether one entity stands for both of two characters that follow each other.
+bool is_one_entity(const Character& before, const Character& next) {
+    return before.begin == next.begin && before.end == next.end && next.begin != next.end;
+}
+
 // Takes punctuation off both ends of characters `first` to `last`; nothing may be left.
 void add_token(const std::vector<Character>& text, std::size_t first, std::size_t last, std::vector<Token>& tokens) {
     while (first < last && is_punctuation(text[first].code)) ++first;
@@ -90,16 +95,21 @@ void add_token(const std::vector<Character>& text, std::size_t first, std::size_
     if (first < last) tokens.push_back({static_cast<std::uint32_t>(first), static_cast<std::uint32_t>(last)});
 }
 
-// Words between blanks; in scripts without blanks each character is one. `words` are whole as they are.
+// Words between blanks; in scripts without blanks each character is one. `words` are whole as they are, and what an
+// entity stands for is never cut.
 std::vector<Token> tokens_of(const std::vector<Character>& text, const std::vector<Token>& words) {
+    const auto goes_on = [&](std::size_t at) {
+        return at > 0 && at < text.size() && is_one_entity(text[at - 1], text[at]);
+    };
     std::vector<Token> tokens;
     std::size_t first = 0;
     std::size_t word = 0;
     for (std::size_t i = 0; i < text.size();) {
         const char32_t c = text[i].code;
         const bool whole = word < words.size() && words[word].first == i;
-        const bool alone = is_unspaced(c);
-        if (!whole && !alone && !is_blank(c) && c != object_character) {
+        const bool alone = is_unspaced(c) && !goes_on(i);
+        const bool parts = (is_blank(c) && !(goes_on(i) && goes_on(i + 1))) || c == object_character;
+        if (!whole && !alone && !parts) {
             ++i;
             continue;
         }
@@ -109,7 +119,7 @@ std::vector<Token> tokens_of(const std::vector<Character>& text, const std::vect
             tokens.push_back(words[word]);
             first = words[word++].last;
         } else if (alone) {
-            while (first < text.size() && is_combining(text[first].code)) ++first;
+            while (first < text.size() && (is_combining(text[first].code) || goes_on(first))) ++first;
             tokens.push_back({static_cast<std::uint32_t>(i), static_cast<std::uint32_t>(first)});
         }
         i = first;
@@ -128,7 +138,8 @@ void SentenceCutter::add(Character character) {
         append(character);
         return;
     }
-    if (ends_before(character.code))
+    const bool inside = !current_.text.empty() && is_one_entity(current_.text.back(), character);
+    if (!inside && ends_before(character.code))
         cut(true);
     else if (current_.text.size() >= longest && !is_combining(character.code))
         cut(false);

@@ -37,6 +37,14 @@ TEST(Words, entity_takes_all_its_bytes) {
               (Texts{"A&amp;B", "likes", "fish", "chips", "&#233;t&eacute", "ever"}));
 }
 
+TEST(Words, entity_of_the_documents_own_is_one_however_many_it_stands_for) {
+    const Speech speech = speak(
+        "<!DOCTYPE speak [<!ENTITY x \"hello big world. And more\"><!ENTITY y \"日本\">]>"
+        "<speak>Say &x; there, &x;&y;z.</speak>");
+    EXPECT_EQ(speech.words(), (Texts{"Say", "&x;", "there", "&x;", "&y;", "z"}));
+    EXPECT_EQ(speech.sentences().size(), 1u);
+}
+
 TEST(Words, punctuation_alone_is_no_word) {
     EXPECT_EQ(words_of("Wait - what ... now?!"), (Texts{"Wait", "what", "now"}));
 }
