@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <utility>
 
+namespace regexp_detail {
+
 namespace {
 
 // How many records are walked back over before all are looked at once and for all.
@@ -140,3 +142,5 @@ const SpeechtextTextAttrs* DraftStore::with_raw(const SpeechtextTextAttrs* attrs
     }
     return held;
 }
+
+}  // namespace regexp_detail

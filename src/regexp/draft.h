@@ -18,6 +18,10 @@
 #include "speechtext/attrs_tail.h"
 #include "speechtext/speechtext.h"
 
+// Not global, as the library's own names are: a program may well have an Edit or a Draft too, and its functions must
+// not be taken for these when it is linked.
+namespace regexp_detail {
+
 using RecordSpan = std::span<const SpeechtextAttrsRecord>;
 
 // Finds the records of a slice in logarithmic time. Belongs to a vector that does not change meanwhile. One thread at a
@@ -101,3 +105,5 @@ inline bool position_below(int position, std::size_t bound) {
 inline int position_shifted(int position, std::size_t offset) {
     return static_cast<int>(static_cast<std::size_t>(position) + offset);
 }
+
+}  // namespace regexp_detail

@@ -8,6 +8,8 @@
 #include "regexp/replacer.h"
 #include "speechtext/record_prefetch.h"
 
+namespace regexp_detail {
+
 namespace {
 
 std::size_t new_bytes(const std::vector<Edit>& edits) {
@@ -215,14 +217,16 @@ Speechtext apply_edits(const Speechtext& text, std::vector<Edit>& edits) {
     return result.finish();
 }
 
+}  // namespace regexp_detail
+
 std::string do_replacements(const std::string& text, const std::list<replacement>& edits) {
-    std::vector<Edit> list = listed(edits);
-    return apply_edits(text, list);
+    std::vector<regexp_detail::Edit> list = regexp_detail::listed(edits);
+    return regexp_detail::apply_edits(text, list);
 }
 
 Speechtext do_replacements(const Speechtext& text, const std::list<replacement>& edits) {
-    std::vector<Edit> list = listed(edits);
-    return apply_edits(text, list);
+    std::vector<regexp_detail::Edit> list = regexp_detail::listed(edits);
+    return regexp_detail::apply_edits(text, list);
 }
 
 std::string do_replacement(const std::string& text, const replacement& edit) { return do_replacements(text, {edit}); }

@@ -13,6 +13,8 @@
 
 #include "regexp/draft.h"
 
+namespace regexp_detail {
+
 struct Edit {
     int start;
     std::size_t length;
@@ -92,3 +94,5 @@ private:
 // The text with the edits made, sorted before if start falls.
 std::string apply_edits(const std::string& text, std::vector<Edit>& edits);
 Speechtext apply_edits(const Speechtext& text, std::vector<Edit>& edits);
+
+}  // namespace regexp_detail

@@ -4,6 +4,8 @@
 
 #include <utility>
 
+namespace regexp_detail {
+
 namespace {
 
 using Records = std::vector<SpeechtextAttrsRecord>;
@@ -111,3 +113,5 @@ void apply_rewrite_function(RewriteFunction function, const SpeechtextTextAttrs*
             return map_case(value, store, makeupper);
     }
 }
+
+}  // namespace regexp_detail

@@ -7,6 +7,8 @@
 #include "text/qm_stringutils.h"
 #include "text/textencoding.h"
 
+namespace regexp_detail {
+
 namespace {
 
 constexpr auto npos = std::string_view::npos;
@@ -171,3 +173,5 @@ RewriteBreak parse_rewrite_break(const std::string& argument) {
     }
     return result;
 }
+
+}  // namespace regexp_detail

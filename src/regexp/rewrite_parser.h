@@ -15,6 +15,8 @@
 #include <string_view>
 #include <vector>
 
+namespace regexp_detail {
+
 enum class RewriteFunction {
     pause,  // "break"
     lowercase,
@@ -94,3 +96,5 @@ struct RewriteBreak {
     std::string time;
 };
 RewriteBreak parse_rewrite_break(const std::string& argument);
+
+}  // namespace regexp_detail

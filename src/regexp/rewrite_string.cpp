@@ -7,6 +7,8 @@
 #include "regexp/rewrite_functions.h"
 #include "speechtext/speechtext.h"
 
+namespace regexp_detail {
+
 void StringRewriter::evaluate(const int* groups, int ngroups, std::string* out) {
     out_ = out;
     arguments_.clear();
@@ -41,9 +43,11 @@ void StringRewriter::closed(RewriteFunction function) {
     }
 }
 
+}  // namespace regexp_detail
+
 std::string make_re_rewrite(const std::string& text, const std::string& rewrite, int* groups, int ngroups,
                             const regexp::RE_Options&) {
     std::string result;
-    StringRewriter(text, rewrite).evaluate(groups, ngroups, &result);
+    regexp_detail::StringRewriter(text, rewrite).evaluate(groups, ngroups, &result);
     return result;
 }

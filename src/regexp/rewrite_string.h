@@ -8,6 +8,8 @@
 
 #include "regexp/rewrite_parser.h"
 
+namespace regexp_detail {
+
 class StringRewriter : private RewriteSink {
 public:
     // Both must outlive the evaluator.
@@ -34,3 +36,5 @@ private:
     // Where in *out_ the arguments at hand begin.
     std::vector<std::size_t> arguments_;
 };
+
+}  // namespace regexp_detail

@@ -6,6 +6,8 @@
 #include "regexp/replacer.h"
 #include "regexp/rewrite_functions.h"
 
+namespace regexp_detail {
+
 namespace {
 
 constexpr auto npos = std::string::npos;
@@ -126,7 +128,9 @@ void TextRewriter::take_back_marks(const RichView& source, std::size_t pos, std:
     }
 }
 
+}  // namespace regexp_detail
+
 Speechtext make_re_rewrite(const Speechtext& text, const Speechtext& rewrite, int* groups, int ngroups,
                            const regexp::RE_Options& options, const SpeechtextTextAttrs* attrs) {
-    return TextRewriter(text, rewrite, options).evaluate(groups, ngroups, attrs).finished();
+    return regexp_detail::TextRewriter(text, rewrite, options).evaluate(groups, ngroups, attrs).finished();
 }

@@ -10,6 +10,8 @@
 #include "regexp/regexp.h"
 #include "regexp/rewrite_parser.h"
 
+namespace regexp_detail {
+
 // One evaluator serves all matches of a subject text with one replacement string. Both must outlive it; so must it the
 // drafts that it gives.
 class TextRewriter : private RewriteSink {
@@ -67,3 +69,5 @@ private:
     std::size_t literals_base_ = 0;
     std::map<std::size_t, Argument> arguments_;  // by their beginning
 };
+
+}  // namespace regexp_detail

@@ -21,6 +21,8 @@ namespace regexp {
 
 namespace {
 
+using namespace regexp_detail;
+
 constexpr int most_groups = 15;
 constexpr int vector_size = 3 * (1 + most_groups);
 

@@ -63,7 +63,7 @@ private:
     bool conflicts_in_range(const textattrmod_base& mod) {
         bool conflict = current_ && functions_->conflict_check_wrapper(functions_, current_, &mod);
         const std::size_t bound = static_cast<std::size_t>(mod.start) + mod.length;
-        for (; it_ != end_ && position_below(it_->position, bound); ++it_) {
+        for (; it_ != end_ && regexp_detail::position_below(it_->position, bound); ++it_) {
             const SpeechtextTextAttrs* attrs = content_of(it_);
             if (attrs && functions_->conflict_check_wrapper(functions_, attrs, &mod)) conflict = true;
         }

@@ -32,6 +32,10 @@
 #include "speechtext/attrs_tail.h"
 #include "speechtext/attrsrecord.h"
 
+namespace regexp_detail {
+class Draft;
+}
+
 class Speechtext {
 public:
     using attrs_vector = std::vector<SpeechtextAttrsRecord>;
@@ -149,7 +153,7 @@ public:
 
 private:
     friend class SpeechtextSsmlEncoder;
-    friend class Draft;
+    friend class regexp_detail::Draft;
 
     void delete_records();
     void learn_records(bool replayable) noexcept;
