@@ -40,14 +40,16 @@ auto watched(Call call) {
     return call();
 }
 
-// Lets allocation after allocation of `action` fail, until it asks for no more of them.
-void for_each_allocation(Mode mode, const std::function<void()>& action) {
+// Lets allocation after allocation of `action` fail, until it asks for no more of them. With a step above 1 the two
+// modes take turns at them.
+void for_each_allocation(Mode mode, const std::function<void()>& action, long step = 1) {
     failing_new::start();
     action();  // what is made once and kept, is
     const long live = failing_new::live_blocks();
-    long nth = 0;
+    long nth = (mode == Mode::once ? 1 : 1 + step / 2) - step;
     do {
-        failing_new::start(++nth, mode);
+        nth += step;
+        failing_new::start(nth, mode);
         action();
         failing_new::allow_all();
         ASSERT_EQ(failing_new::live_blocks(), live) << "allocation " << nth;
@@ -183,6 +185,23 @@ TEST_P(OutOfMemory, in_synth) {
         EXPECT_EQ(words_of(hear_all(streamer, document, undisturbed)), words);
         EXPECT_EQ(tts_streamer_stop(streamer), 0);
     });
+}
+
+// What the library keeps of languages and their sounds goes with its data, so that each time it is made anew.
+TEST_P(OutOfMemory, in_synth_that_asks_for_languages_and_sounds_for_the_first_time) {
+    const std::string text =
+        "<speak><lang xml:lang=\"de-XX\">Tag</lang> <lang xml:lang=\"xx\">x</lang> <phoneme "
+        "ph=\"wɪn\">win</phoneme></speak>";
+    const Speech undisturbed = speak(FastVoice(), text);
+    for_each_allocation(
+        GetParam(),
+        [&] {
+            const FastVoice voice;
+            tts_streamer streamer = start(voice, text);
+            EXPECT_EQ(words_of(hear_all(streamer, text, undisturbed)), (Texts{"Tag", "x", "win"}));
+            EXPECT_EQ(tts_streamer_stop(streamer), 0);
+        },
+        3);
 }
 
 TEST_P(OutOfMemory, in_jump) {
