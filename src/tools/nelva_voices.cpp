@@ -65,23 +65,36 @@ int list(const VoicesOptions&, const VoicePlaces& places) {
     return exit_done;
 }
 
+// One voice that fails keeps nobody from the others.
+template <typename Voices, typename Action>
+int for_each(const Voices& voices, Action action) {
+    int status = exit_done;
+    for (const auto& voice : voices) {
+        try {
+            action(voice);
+        } catch (const HostError& error) {
+            complain(error.what());
+            status = exit_failed;
+        }
+    }
+    return status;
+}
+
 int add(const VoicesOptions& options, const VoicePlaces& places) {
     std::vector<std::string> notes;
     const std::vector<PlannedVoice> planned = plan_voices(options, places, &notes);
     for (const std::string& note : notes) complain(note);
-    for (const PlannedVoice& voice : planned) {
+    return for_each(planned, [&](const PlannedVoice& voice) {
         add_voice(voice, options, places);
         tell(options, "added " + voice.id + "\t" + *voice.token.string(""));
-    }
-    return exit_done;
+    });
 }
 
 int remove(const VoicesOptions& options, const VoicePlaces& places) {
-    for (const Voice& voice : chosen_voices(options, places)) {
+    return for_each(chosen_voices(options, places), [&](const Voice& voice) {
         take_voice_away(voice, places);
         tell(options, "removed " + voice.id);
-    }
-    return exit_done;
+    });
 }
 
 // Without the class, setting the voice up would tell nothing about the voice; `server` may be null then.

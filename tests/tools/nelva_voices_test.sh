@@ -64,6 +64,27 @@ same host_finds_the_same "nelva-de	de	Nelva German (Germany)
 nelva-en-us-f2	en	Nelva English (United States), f2
 nelva-fr	fr	Nelva French (France)" "$("${host[@]}" --list-voices | grep '^nelva-' | tr -d '\r')"
 
+# Another engine has the name of one: the others are added and removed all the same.
+foreign='{00000000-0000-0000-0000-00000000F0E1}'
+if [ -n "$wine" ]; then
+    "$wine" reg add 'HKLM\Software\Microsoft\Speech\Voices\Tokens\nelva-de-8v' /v CLSID /d "$foreign" /f >/dev/null 2>&1
+else
+    printf '{"CLSID": "%s"}\n' "$foreign" >share/nelva/voices/nelva-de-8v.json
+fi
+"${tool[@]}" add de fr-fr en-us --rate 8v >out.txt 2>err.txt
+same add_with_one_that_fails_status 1 $?
+same add_goes_on_behind_it "added nelva-fr-fr-8v added nelva-en-us-8v" "$(cut -f 1 out.txt | paste -sd' ')"
+same add_tells_of_it "nelva-voices: the id 'nelva-de-8v' is another engine's voice" "$(cut -d'(' -f 1 err.txt | sed 's/ *$//')"
+"${tool[@]}" remove nelva-fr-fr-8v nelva-de-8v nelva-en-us-8v >out.txt 2>err.txt
+same remove_with_one_that_fails_status 1 $?
+same remove_goes_on_behind_it "removed nelva-fr-fr-8v removed nelva-en-us-8v" "$(tr -d '\r' <out.txt | paste -sd' ')"
+same remove_tells_of_it "nelva-voices: the voice 'nelva-de-8v' is another engine's" "$(cut -d'(' -f 1 err.txt | sed 's/ *$//')"
+if [ -n "$wine" ]; then
+    "$wine" reg delete 'HKLM\Software\Microsoft\Speech\Voices\Tokens\nelva-de-8v' /f >/dev/null 2>&1
+else
+    rm share/nelva/voices/nelva-de-8v.json
+fi
+
 # ---- Checking ----
 
 if [ -n "$wine" ]; then

@@ -275,7 +275,6 @@ INT_PTR Window::notified(NMHDR* header) {
 void Window::command(int id, int code) {
     if (showing_) return;
     if (id == IDC_FIND && code == EN_CHANGE) {
-        const lexicon::WordText typed = editor_.fields();
         editor_.search(text_of(IDC_FIND));
         show_list();
         show_state();
