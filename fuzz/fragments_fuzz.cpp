@@ -16,6 +16,8 @@
 
 namespace {
 
+using namespace fragments_detail;
+
 using Units = std::basic_string<WCHAR>;
 
 Units units_of(std::string_view bytes) {

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <string_view>
 
+namespace fragments_detail {
+
 inline char ascii_lower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
 
 inline bool ascii_equal_ignoring_case(std::string_view a, std::string_view b) {
@@ -16,5 +18,7 @@ inline bool ascii_equal_ignoring_case(std::string_view a, std::string_view b) {
 inline bool ascii_starts_with_ignoring_case(std::string_view text, std::string_view start) {
     return text.size() >= start.size() && ascii_equal_ignoring_case(text.substr(0, start.size()), start);
 }
+
+}  // namespace fragments_detail
 
 #endif

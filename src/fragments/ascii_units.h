@@ -14,6 +14,8 @@
 
 #include "text/byte_block.h"
 
+namespace fragments_detail {
+
 inline bool is_ascii(WCHAR unit) { return unit < 0x80; }
 
 // Narrows units to bytes while they are ASCII; gives the number done.
@@ -77,5 +79,7 @@ inline bool narrow_plain(const WCHAR* units, std::size_t count, char* bytes) {
     }
     return plain;
 }
+
+}  // namespace fragments_detail
 
 #endif

@@ -28,6 +28,8 @@
 #include "speechtext/ssml_encoder.h"
 #include "text/textencoding.h"
 
+namespace fragments_detail {
+
 namespace {
 
 // Short text and short tags are written in whole blocks, and so is the map: entries beyond the end are written over.
@@ -291,3 +293,5 @@ bool convert_directly(const SPVTEXTFRAG* fragments, const char* language, const 
     *document = direct.release();
     return true;
 }
+
+}  // namespace fragments_detail

@@ -10,6 +10,8 @@
 
 #include "fragments/spvtextfrags_to_ssml.h"
 
+namespace fragments_detail {
+
 struct FreeDeleter {
     void operator()(void* block) const { std::free(block); }
 };
@@ -31,5 +33,7 @@ struct MappedDocument {
 // `language` as in spvtextfrags_to_ssml(). Throws what spvtextfrags_to_speechtext() does.
 bool convert_directly(const SPVTEXTFRAG* fragments, const char* language, const spvtextfrags_to_ssml_opts& opts,
                       MappedDocument* document);
+
+}  // namespace fragments_detail
 
 #endif

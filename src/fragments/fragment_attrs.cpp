@@ -15,6 +15,8 @@
 #include "sapi/sapi_datakey.h"
 #include "speechtext/speechtext.h"
 
+namespace fragments_detail {
+
 namespace {
 
 // The category as UTF-8 with its terminator has to fit in here; one that does not counts as none.
@@ -120,3 +122,5 @@ bool update_fragment_attrs(SpeechtextTextAttrs* attrs, const SPVTEXTFRAG& fragme
     update_say_as(&attrs->say_as, state);
     return true;
 }
+
+}  // namespace fragments_detail

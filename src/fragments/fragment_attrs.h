@@ -7,6 +7,8 @@
 
 class SpeechtextTextAttrs;
 
+namespace fragments_detail {
+
 // Brings the running attributes up to date for `fragment`: language, emphasis, prosody and say-as. Whatever the state
 // does not speak of stays as the fragments before left it; so does the format of a date, also where no date follows.
 //
@@ -15,5 +17,7 @@ class SpeechtextTextAttrs;
 // only that something was written, not that it differs.
 bool update_fragment_attrs(SpeechtextTextAttrs* attrs, const SPVTEXTFRAG& fragment, const SPVTEXTFRAG* previous,
                            const char* language);
+
+}  // namespace fragments_detail
 
 #endif

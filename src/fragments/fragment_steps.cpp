@@ -7,6 +7,8 @@
 #include "fragments/ascii_case.h"
 #include "fragments/utf16_text.h"
 
+namespace fragments_detail {
+
 namespace {
 
 // The platform counts in signed numbers, so a longer fragment cannot be converted in one piece.
@@ -52,3 +54,5 @@ std::string convert_fragment(const SPVTEXTFRAG& fragment) {
 bool is_root_tag(const std::string& bytes) {
     return ascii_starts_with_ignoring_case(bytes, "<speak") || ascii_starts_with_ignoring_case(bytes, "</speak");
 }
+
+}  // namespace fragments_detail

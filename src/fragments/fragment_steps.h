@@ -12,6 +12,8 @@
 #include "fragments/spvtextfrags_to_ssml.h"
 #include "speechtext/attributes.h"
 
+namespace fragments_detail {
+
 inline bool has_text(const SPVTEXTFRAG& fragment) { return fragment.pTextStart != nullptr && fragment.ulTextLen != 0; }
 
 struct FragmentSizes {
@@ -149,5 +151,7 @@ void FragmentSteps<Target>::take_raw(const SPVTEXTFRAG& fragment) {
     const std::string bytes = convert_fragment(fragment);
     if (!bytes.empty() && !is_root_tag(bytes)) target_.add_raw(bytes, attrs_, fragment.ulTextSrcOffset);
 }
+
+}  // namespace fragments_detail
 
 #endif

@@ -10,6 +10,8 @@
 #include "fragments/word_marks.h"
 #include "speechtext/speechtext.h"
 
+namespace fragments_detail {
+
 namespace {
 
 // The bytes up to and with the last ">". Where there is none the first byte counts as markup.
@@ -106,3 +108,5 @@ int spvtextfrags_to_speechtext(const SPVTEXTFRAG* fragments, Speechtext* text,
     *text_positions = positions.to_vector();
     return result;
 }
+
+}  // namespace fragments_detail

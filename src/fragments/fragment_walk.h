@@ -8,8 +8,11 @@
 
 #include "fragments/spvtextfrags_to_ssml.h"
 
-class HostPositions;
 class Speechtext;
+
+namespace fragments_detail {
+
+class HostPositions;
 
 // Overwrites *text with the fragments' rich text, and *positions with the host position of each of its bytes outside
 // raw markup and, as the end, that behind the last text fragment.
@@ -28,5 +31,7 @@ int spvtextfrags_to_speechtext(const SPVTEXTFRAG* fragments, Speechtext* text, H
 // end.
 int spvtextfrags_to_speechtext(const SPVTEXTFRAG* fragments, Speechtext* text,
                                std::vector<std::uint32_t>* text_positions, const char* language);
+
+}  // namespace fragments_detail
 
 #endif

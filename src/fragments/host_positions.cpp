@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace fragments_detail {
+
 namespace {
 
 // Short characters are written with four entries, whatever their bytes, and the next one goes over what is too much.
@@ -163,3 +165,5 @@ void HostPositionCursor::take(std::uint32_t* target, std::size_t count) {
     }
     std::fill(target, target_end, end_);
 }
+
+}  // namespace fragments_detail

@@ -12,6 +12,8 @@
 #include <cstdint>
 #include <vector>
 
+namespace fragments_detail {
+
 class HostPositions {
 public:
     // Adds `count` characters of `bytes` (1 to 4) bytes, the first at `position`. One of 4 bytes takes two units of the
@@ -126,5 +128,7 @@ private:
     std::size_t offset_ = 0;  // in bytes of the run
     std::uint32_t end_;
 };
+
+}  // namespace fragments_detail
 
 #endif

@@ -16,6 +16,8 @@
 #include <emmintrin.h>
 #endif
 
+namespace fragments_detail {
+
 namespace {
 
 // A cursor over positions written out one by one, with the same operations as a HostPositionCursor. It counts on for
@@ -158,8 +160,10 @@ std::size_t fill_ssml_sapi_posmap(std::uint32_t* map, std::string_view ssml, con
     return fill(map, ssml, HostPositionCursor(positions));
 }
 
+}  // namespace fragments_detail
+
 void build_ssml_sapi_posmap(std::vector<std::uint32_t>* map, const std::string& ssml,
                             const std::vector<std::uint32_t>& positions) {
     map->resize(ssml.size() + 1);
-    fill(map->data(), ssml, VectorCursor(positions));
+    fragments_detail::fill(map->data(), ssml, fragments_detail::VectorCursor(positions));
 }

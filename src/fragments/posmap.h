@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <string_view>
 
+namespace fragments_detail {
+
 class HostPositions;
 
 // Writes ssml.size() + 1 entries to `map`, by the rules of build_ssml_sapi_posmap. Gives the number of text bytes that
@@ -15,5 +17,7 @@ std::size_t fill_ssml_sapi_posmap(std::uint32_t* map, std::string_view ssml, con
 
 // Does the map see nothing but tags in `markup`, the last of them ended?
 bool is_whole_tags(std::string_view markup);
+
+}  // namespace fragments_detail
 
 #endif

@@ -19,6 +19,8 @@
 
 namespace {
 
+using namespace fragments_detail;
+
 template <typename T>
 malloc_ptr<T> allocate(std::size_t count) {
     malloc_ptr<T> block(static_cast<T*>(std::malloc(count * sizeof(T))));

@@ -16,6 +16,8 @@
 #include "fragments/host_positions.h"
 #include "speechtext/speechtext.h"
 
+namespace fragments_detail {
+
 namespace {
 
 // Room for what the platform's conversion gives for one character, with some to spare.
@@ -206,3 +208,5 @@ void append_utf16(const WCHAR* units, std::size_t count, std::uint32_t first_pos
         first_position += static_cast<std::uint32_t>(block);
     }
 }
+
+}  // namespace fragments_detail

@@ -8,8 +8,11 @@
 
 #include "platform/win32.h"
 
-class HostPositions;
 class Speechtext;
+
+namespace fragments_detail {
+
+class HostPositions;
 
 // The units of the character at `units`, of which `remaining` (at least 1) are left: 2 for a surrogate pair, else 1.
 std::size_t utf16_character_length(const WCHAR* units, std::size_t remaining);
@@ -31,5 +34,7 @@ std::size_t append_character(const WCHAR* units, std::size_t length, std::uint32
 // lone surrogates become what the platform makes of them, and a unit for which it gives no bytes is left out.
 void append_utf16(const WCHAR* units, std::size_t count, std::uint32_t first_position, Speechtext* text,
                   HostPositions* positions);
+
+}  // namespace fragments_detail
 
 #endif

@@ -10,6 +10,8 @@
 #include "speechtext/speechtext.h"
 #include "text/textencoding.h"
 
+namespace fragments_detail {
+
 namespace {
 
 bool ends_sentences(std::uint16_t unit) { return unit == '.' || unit == ':' || unit == '!' || unit == '?'; }
@@ -63,3 +65,5 @@ void WordMarkScan::insert_marks(Speechtext* text, unsigned int* next_mark_instan
     *text = do_replacements(*text, sentence_marks);
     *text = do_replacements(*text, other_marks);
 }
+
+}  // namespace fragments_detail

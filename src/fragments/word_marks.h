@@ -26,6 +26,8 @@
 
 class Speechtext;
 
+namespace fragments_detail {
+
 // The unit by which a character is classed: itself, or for a surrogate pair the low 16 bits of its two tens of bits.
 std::uint16_t character_class_unit(const WCHAR* units, std::size_t length);
 
@@ -70,5 +72,7 @@ private:
     std::uint16_t previous_char_ = 0;
     std::vector<PendingMark> pending_marks_;
 };
+
+}  // namespace fragments_detail
 
 #endif

@@ -25,6 +25,10 @@
 #include "speechtext/speechtext.h"
 #include "speechtext/ssml_lookahead.h"
 
+namespace fragments_detail {
+class DirectDocument;
+}
+
 class SpeechtextSsmlEncoder {
 public:
     // "1.0" or "1.1"; decides the language element and the units of rate and volume.
@@ -38,7 +42,7 @@ public:
 
 private:
     friend class Speechtext;
-    friend class DirectDocument;  // writes the document piece by piece
+    friend class fragments_detail::DirectDocument;  // writes the document piece by piece
     friend struct SsmlEncoderTestAccess;
 
     // What the open elements have established at the end of the document. The other text properties are never written,

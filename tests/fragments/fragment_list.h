@@ -13,6 +13,8 @@
 #include "platform/sapi.h"
 #include "speechtext/speechtext.h"
 
+using namespace fragments_detail;
+
 using Wide = std::basic_string<WCHAR>;
 
 // A list that owns its fragments and their texts. Each has the neutral state (volume 100, all else 0) until the test

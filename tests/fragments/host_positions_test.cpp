@@ -8,6 +8,8 @@
 
 namespace {
 
+using namespace fragments_detail;
+
 using Positions = std::vector<std::uint32_t>;
 
 }  // namespace
