@@ -1,6 +1,8 @@
 /* The facts as the system's SAPI headers have them. C, because there an interface's table is a record with offsets.
  * This file must not see ours. */
 
+/* Windows' headers have an order of their own, and the table is a third as long with several facts a line. */
+/* clang-format off */
 #define CINTERFACE
 #include <stddef.h>
 #include <windows.h>
@@ -98,3 +100,4 @@ const struct SystemSapiGuid system_sapi_guids[] = {
     {"IID_ISpObjectToken", &system_IID_ISpObjectToken},
     {NULL, NULL},
 };
+/* clang-format on */
