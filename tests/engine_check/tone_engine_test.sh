@@ -7,29 +7,11 @@
 #
 # With WINE the folder is a Windows build, which runs in a Wine prefix of the test's own.
 set -u
-export LC_ALL=C.UTF-8 WINEDEBUG=-all
-
-build=$(cd "$1" && pwd) || exit 1
+# shellcheck source=tests/support/checks.sh
+source "$(dirname "${BASH_SOURCE[0]}")/../support/checks.sh"
 module=$(realpath "$2") || exit 1
-wine=${3:-}
+begin "$1" "${3:-}"
 class='{A174EDD5-7D96-4DE4-BACE-EF267627D834}'
-failures=0
-cases=0
-
-scratch=$(mktemp -d)
-trap 'rm -rf "$scratch"' EXIT
-cd "$scratch" || exit 1
-unset DISPLAY
-
-if [ -n "$wine" ] && ! command -v "$wine" >/dev/null; then
-    # Debian puts the loader there when no wrapper is installed.
-    wine=/usr/lib/wine/wine64
-fi
-
-give_up() {
-    printf 'FAILED before the first case: %s\n' "$1"
-    exit 1
-}
 
 # ---- Installing ----
 # The host's folder holds no synthesiser, so that the one beside the server is the only one there is.
@@ -62,7 +44,7 @@ windows_set_up() {
     } >voices.reg
     "$wine" wineboot -i >/dev/null 2>&1 || give_up "Wine does not start"
     "$wine" regedit /S voices.reg || give_up "the voices cannot be registered"
-    "$wine" regsvr32 /s "Z:$(tr / "\\\\" <<<"$scratch/server/nelva_sapi.dll")" || give_up "the class cannot be registered"
+    "$wine" regsvr32 /s "$(windows_path "$scratch/server/nelva_sapi.dll")" || give_up "the class cannot be registered"
     tool=("$wine" "$scratch/host/nelva-say.exe")
 }
 
@@ -98,17 +80,6 @@ tones() {
 }
 
 samples_of() { echo $((($(stat -c %s "$1") - 44) / 2)); }
-
-complain() {
-    failures=$((failures + 1))
-    printf 'FAILED %s\n' "$*"
-}
-
-# same NAME EXPECTED ACTUAL
-same() {
-    cases=$((cases + 1))
-    [ "$2" == "$3" ] || complain "$1"$'\n  expected: '"$2"$'\n  actual:   '"$3"
-}
 
 # between NAME LEAST MOST ACTUAL
 between() {
@@ -169,5 +140,4 @@ same fast_tone 420 "$(tones d.wav 3000+8000 | sed 's/\/.*//')"
 say --voice tones-22i -o e.wav --volume 50 'k'
 same half_volume 420/3 "$(tones e.wav 0+1323)"
 
-printf '%d checks, %d failed\n' $cases $failures
-[ $failures == 0 ]
+report

@@ -55,7 +55,7 @@ windows_voices() {
     } >voices.reg
     "$wine" wineboot -i >/dev/null 2>&1 || give_up "Wine does not start"
     "$wine" regedit /S voices.reg || give_up "the voices cannot be registered"
-    "$wine" regsvr32 /s "Z:$(tr / "\\\\" <<<"$build/bin/nelva_sapi.dll")" || give_up "the class cannot be registered"
+    "$wine" regsvr32 /s "$(windows_path "$build/bin/nelva_sapi.dll")" || give_up "the class cannot be registered"
     tool=("$wine" "$build/bin/nelva-say.exe")
 }
 
