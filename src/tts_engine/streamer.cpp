@@ -17,13 +17,6 @@ constexpr std::size_t first_milliseconds = 60;
 constexpr std::size_t usual_milliseconds = 100;
 constexpr std::size_t most_samples = 1u << 20;
 
-// Whether a voice of `language` speaks text of language `tag` as it is: "en-us" does "en" and "en-US".
-bool speaks(const std::string& language, const std::string& tag) {
-    const std::string own = ascii_lower(language);
-    const std::string asked = ascii_lower(tag);
-    return own == asked || own.compare(0, asked.size() + 1, asked + "-") == 0;
-}
-
 // Punctuation inside a sentence that a reader pauses at.
 bool is_comma(char32_t c) {
     constexpr std::u32string_view commas = U",;:،؛、，；：—–";
@@ -213,8 +206,7 @@ const std::string& Streamer::espeak_voice_of(std::uint16_t language) {
     if (language >= espeak_voices_.size()) espeak_voices_.resize(language + std::size_t{1});
     std::string& found = espeak_voices_[language];
     if (!found.empty()) return found;
-    const std::string& tag = document_.language(language);
-    if (!speaks(voice_.settings.language, tag)) found = EspeakEngine::find_language(tag);
+    found = EspeakEngine::find_language(document_.language(language), voice_.espeak_voice);
     if (found.empty()) found = voice_.espeak_voice;
     return found;
 }

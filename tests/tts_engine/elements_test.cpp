@@ -314,6 +314,26 @@ TEST(Language, of_the_same_voice_inside_a_sentence_leaves_its_melody) {
             << tag;
 }
 
+TEST(Language, of_another_region_without_a_voice_of_its_own_keeps_the_voice) {
+    // espeak-ng has American and British, Castilian and Latin American, and none of these two.
+    for (const auto& [name, tag] : {std::pair("en-us-22i", "en-AU"), std::pair("es-419-22i", "es-AR")}) {
+        const TestVoice voice(name);
+        EXPECT_TRUE(speak(voice, "<speak xml:lang=\"" + std::string(tag) + "\">Radio 5. Casa, zona.</speak>").samples ==
+                    speak(voice, "<speak>Radio 5. Casa, zona.</speak>").samples)
+            << name;
+    }
+    EXPECT_NE(speak("<speak xml:lang=\"en-GB\">Radio car</speak>").samples, speak("<speak>Radio car</speak>").samples);
+}
+
+TEST(Language, of_chinese_keeps_a_cantonese_voice) {
+    // Windows' languages of Hong Kong and Macau are "zh" in a document, as Mandarin is.
+    const TestVoice voice("yue-22i");
+    EXPECT_TRUE(speak(voice, "<speak xml:lang=\"zh\">你好 123</speak>").samples ==
+                speak(voice, "<speak>你好 123</speak>").samples);
+    EXPECT_NE(speak(voice, "<speak xml:lang=\"zh\">你好 123</speak>").samples,
+              speak(TestVoice("zh-22i"), "<speak>你好 123</speak>").samples);
+}
+
 TEST(Language, whose_dictionary_is_not_installed_keeps_the_voice) {
     // espeak-ng's data name Faroese and have no dictionary of it.
     EXPECT_TRUE(speak("<speak>Here <lang xml:lang=\"fo\">is some</lang> text.</speak>").samples ==

@@ -36,7 +36,7 @@ struct State {
     std::string language;  // the voice that is set in espeak-ng
     std::string variant;
     Generation* in_work = nullptr;
-    std::map<std::string, std::string> known;                         // language tag to voice
+    std::map<std::string, std::string> known;                         // language tag and own voice to voice
     std::map<std::string, std::shared_ptr<const IpaTable>> phonemes;  // by voice
 };
 
@@ -77,22 +77,41 @@ std::filesystem::path data_folder(const std::string& lib_path) {
     return {};
 }
 
-// `priority` and the tag follow each other in espeak-ng's list of a voice's languages, which ends with a zero.
-int priority_of(const espeak_VOICE& voice, const std::string& tag) {
+// Calls `take` with priority and tag of each of a voice's languages. They follow each other in espeak-ng's list, which
+// ends with a zero.
+template <typename Take>
+void for_each_language(const espeak_VOICE& voice, Take take) {
     for (const char* at = voice.languages; at != nullptr && *at != 0;) {
         const int priority = *at++;
         const std::string language = at;
-        if (ascii_lower(language) == tag) return priority;
+        take(priority, ascii_lower(language));
         at += language.size() + 1;
     }
-    return -1;
 }
 
-std::string voice_for(const std::string& tag) {
+// -1 if the voice is not one for `tag`.
+int priority_of(const espeak_VOICE& voice, const std::string& tag) {
+    int found = -1;
+    for_each_language(voice, [&](int priority, const std::string& language) {
+        if (found < 0 && language == tag) found = priority;
+    });
+    return found;
+}
+
+bool speaks(const espeak_VOICE& voice, const std::string& tag) {
+    bool found = false;
+    for_each_language(voice, [&](int, const std::string& language) {
+        found |= language == tag || language.compare(0, tag.size() + 1, tag + "-") == 0;
+    });
+    return found;
+}
+
+std::string voice_for(const std::string& tag, const std::string& own) {
     std::string best;
     int best_priority = 1000;
     const espeak_VOICE** voices = espeak_ListVoices(nullptr);
     for (; voices != nullptr && *voices != nullptr; ++voices) {
+        if ((*voices)->identifier == own && speaks(**voices, tag)) return own;
         const int priority = priority_of(**voices, tag);
         if (priority < 0 || priority >= best_priority) continue;
         best = (*voices)->identifier;
@@ -254,10 +273,10 @@ bool can_speak(State& engine, const std::string& voice) {
 }
 
 // No piece is in work.
-std::string search_language(State& engine, std::string tag) {
+std::string search_language(State& engine, std::string tag, const std::string& own) {
     for (;;) {
-        std::string found = voice_for(tag);
-        if (!found.empty() && can_speak(engine, found)) return found;
+        std::string found = voice_for(tag, own);
+        if (!found.empty() && (found == own || can_speak(engine, found))) return found;
         const std::size_t dash = tag.rfind('-');
         if (dash == std::string::npos) return {};
         tag.resize(dash);
@@ -266,16 +285,16 @@ std::string search_language(State& engine, std::string tag) {
 
 }  // namespace
 
-std::string EspeakEngine::find_language(const std::string& tag) {
+std::string EspeakEngine::find_language(const std::string& tag, const std::string& own) {
     State& engine = state();
     std::lock_guard<std::mutex> guard(engine.lock);
-    const std::string key = ascii_lower(tag);
+    const std::string key = ascii_lower(tag) + '\n' + own;
     const auto known = engine.known.find(key);
     if (known != engine.known.end()) return known->second;
     Generation::finish_work();
     // A hostile document must not fill the memory with tags.
     if (engine.known.size() > 1000) engine.known.clear();
-    return engine.known[key] = search_language(engine, key);
+    return engine.known[key] = search_language(engine, ascii_lower(tag), own);
 }
 
 void EspeakEngine::load_voice(const std::string& language, const std::string& variant) {

@@ -89,9 +89,11 @@ public:
     static void acquire(const std::string& lib_path);
     static void release();
 
-    // espeak-ng's voice for a language tag such as "en-US": the tag itself, or the tag without its last parts. Empty
-    // when there is none, or none whose dictionary is there. Answers are kept.
-    static std::string find_language(const std::string& tag);
+    // espeak-ng's voice for a language tag such as "en-US": the tag itself, or the tag without its last parts. `own`, a
+    // voice of espeak-ng, comes before all others wherever it speaks the tag or a kind of it: the one for "en-us" does
+    // "en", and the one for Cantonese, which espeak-ng also calls "zh-yue", does "zh". Empty when there is none, or
+    // none whose dictionary is there. Answers are kept.
+    static std::string find_language(const std::string& tag, const std::string& own = {});
 
     // Makes a language and a variant ready to speak, so that the first text need not wait. Throws std::runtime_error if
     // espeak-ng cannot load them.
