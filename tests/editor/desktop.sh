@@ -90,10 +90,20 @@ take_focus() {
 
 is_gone() { ! xdotool search --onlyvisible --name . 2>/dev/null | grep -qx "$1"; }
 
-# answer KEY...: to the dialog that is used just now, which goes by it.
+# answer KEY...: to the dialog that is used just now, which goes by it. A dialog that came up in the midst of work has the
+# display's focus at times before Wine knows of it, and hears nothing until it is clicked.
 answer() {
-    keys "$@"
-    wait_until 'the dialog goes' is_gone "$window"
+    local attempt i
+    for attempt in {1..6}; do
+        ((attempt == 1)) || xdotool mousemove --window "$window" 3 3 click 1 2>/dev/null
+        keys "$@"
+        for ((i = 0; i < 100; i++)); do
+            if is_gone "$window"; then return 0; fi
+            sleep 0.1
+        done
+    done
+    echo 'the dialog does not go' >&2
+    return 1
 }
 
 keys() { xdotool key --clearmodifiers --delay 40 "$@"; }

@@ -154,6 +154,25 @@ case_without_any_voice_it_fails_and_can_be_taken_away() {
     [[ -e $folder/uninstall.exe ]] || fail 'there is no uninstaller'
 }
 
+# A program that fails stands in for the one that registers.
+case_engine_that_is_not_registered_is_told() {
+    local system=$work/prefix/drive_c/windows/system32
+    mv "$system/regsvr32.exe" "$work/regsvr32.exe"
+    cp "$programs/hold_file.exe" "$system/regsvr32.exe"
+    local -x WINEDLLOVERRIDES="$WINEDLLOVERRIDES;regsvr32.exe=n" # not Wine's own
+    quiet_wine "$setup" /S /LANGUAGES=de
+    [[ $? == 4 ]] || fail 'a silent installation does not end with 4'
+    start_setup /LANGUAGES=de || return 1
+    through_the_pages && in_box 'Windows does not register the engine (regsvr32 says 1).' Return || return 1
+    on_page 'Installation Aborted' || return 1
+    keys Return
+    ended 4
+    mv "$work/regsvr32.exe" "$system/regsvr32.exe"
+    WINEDLLOVERRIDES=${WINEDLLOVERRIDES%;*}
+    installed de # mends it
+    tokens_are 'nelva-de '
+}
+
 case_file_in_use_can_be_waited_for_or_given_up() {
     local holder
     installed de
