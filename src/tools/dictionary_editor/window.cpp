@@ -29,12 +29,6 @@ bool edits_itself(HWND focus) {
 
 std::string file_name(const std::string& path) { return path.substr(path.find_last_of("\\/") + 1); }
 
-std::string window_text(HWND window) {
-    host::WideString text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
-    text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
-    return to_utf8(text);
-}
-
 Window::Window(const lexicon::EditorOptions& options, lexicon::Editor editor, std::vector<host::Voice> voices)
     : options_(options), editor_(std::move(editor)), voices_(std::move(voices)) {}
 
@@ -242,7 +236,12 @@ int Window::find_row(const NMLVFINDITEMW& wanted) const {
     return -1;
 }
 
-std::string Window::text_of(int id) const { return window_text(control(id)); }
+std::string Window::text_of(int id) const {
+    const HWND window = control(id);
+    host::WideString text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
+    text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
+    return to_utf8(text);
+}
 
 void Window::focus(int id) { SendMessageW(dialog_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control(id)), TRUE); }
 

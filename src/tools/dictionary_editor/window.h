@@ -74,7 +74,7 @@ private:
     int ask(const std::string& text, const std::string& first, const std::string& second);
     int message(const std::string& text, UINT type) const;
     HWND control(int id) const { return GetDlgItem(dialog_, id); }
-    std::string text_of(int id) const;
+    std::string text_of(int id) const;  // the control's whole text, as UTF-8
     void focus(int id);
 
     lexicon::EditorOptions options_;
@@ -90,9 +90,6 @@ private:
 
 // "de.pls" of a path.
 std::string file_name(const std::string& path);
-
-// The whole text of one of the window's controls, as UTF-8.
-std::string window_text(HWND window);
 
 }  // namespace editor
 
