@@ -11,8 +11,10 @@
 namespace tts {
 namespace {
 
-// The first record is kept short, so that speech starts soon: 60 ms, what espeak-ng hands over at a time.
-constexpr std::size_t first_milliseconds = 60;
+// Records are kept short until there were 100 ms, so that speech starts soon: a host's first audio may have to wait for
+// the mouth shape behind its first one, which mostly stands in the second or third of them.
+constexpr std::size_t first_milliseconds = 20;
+constexpr std::size_t beginning_milliseconds = 100;
 
 constexpr std::size_t usual_milliseconds = 100;
 constexpr std::size_t most_samples = 1u << 20;
@@ -48,7 +50,8 @@ tts_wave* Streamer::synth(std::uint32_t count) {
 tts_wave* Streamer::next_record(std::uint32_t count) {
     std::size_t wanted =
         count == 0 ? usual_milliseconds * output_.rate() / 1000 : std::min<std::size_t>(count, most_samples);
-    if (output_.taken() == 0) wanted = std::min(wanted, first_milliseconds * output_.rate() / 1000);
+    const bool beginning = output_.taken() < beginning_milliseconds * output_.rate() / 1000;
+    if (beginning) wanted = std::min(wanted, first_milliseconds * output_.rate() / 1000);
     for (;;) {
         const std::size_t held = output_.ready().size();
         if (held >= wanted) return deliver(wanted);
