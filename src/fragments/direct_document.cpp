@@ -209,10 +209,16 @@ inline bool DirectDocument::add_short_plain_text(const WCHAR* units, std::size_t
     return true;
 }
 
-// A long text is mostly of one kind, so its first piece tells how much room all of it will take.
+// In short plain texts as far as that goes, and in pieces from there on. A long text is mostly of one kind, so what is
+// done of it tells how much room all of it will take.
 void DirectDocument::add_pieces(const WCHAR* units, std::size_t count, std::uint32_t position) {
     const std::size_t start = size_;
     for (std::size_t done = 0; done < count && goes_on_;) {
+        const std::size_t plain = std::min(count - done, short_text);
+        if (add_short_plain_text(units + done, plain, position + static_cast<std::uint32_t>(done))) {
+            done += plain;
+            continue;
+        }
         std::size_t piece = std::min(count - done, piece_units);
         // A pair must not be cut.
         if (done + piece < count && utf16_character_length(units + done + piece - 1, 2) == 2) --piece;
@@ -226,6 +232,7 @@ void DirectDocument::add_pieces(const WCHAR* units, std::size_t count, std::uint
 // Where the platform gives no bytes at all the tags go on waiting.
 void DirectDocument::add_piece(const WCHAR* units, std::size_t count, std::uint32_t position) {
     piece_.text.clear();
+    piece_.reserve(usual_size({0, count}), 0);
     piece_positions_.clear();
     append_utf16(units, count, position, &piece_, &piece_positions_);
     if (piece_.size() == 0) return;
