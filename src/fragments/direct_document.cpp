@@ -114,6 +114,7 @@ private:
     void add_pieces(const WCHAR* units, std::size_t count, std::uint32_t position);
     void add_piece(const WCHAR* units, std::size_t count, std::uint32_t position);
 
+    void count_text(std::size_t bytes);
     void reserve(std::size_t more);
     void append(std::string_view bytes);
     void map_tags(std::uint32_t position);
@@ -202,7 +203,7 @@ inline bool DirectDocument::add_short_plain_text(const WCHAR* units, std::size_t
     if (count > short_text) return false;
     reserve(0);
     if (!narrow_plain(units, count, ssml_.data() + size_)) return false;
-    text_bytes_ += count;
+    count_text(count);
     map_tags(position);
     size_ += count;
     map_plain_text(position, count);
@@ -236,8 +237,7 @@ void DirectDocument::add_piece(const WCHAR* units, std::size_t count, std::uint3
     piece_positions_.clear();
     append_utf16(units, count, position, &piece_, &piece_positions_);
     if (piece_.size() == 0) return;
-    text_bytes_ += piece_.size();
-    if (text_bytes_ > INT_MAX) throw_too_long();
+    count_text(piece_.size());
 
     append_encoded_xml_utf8(&encoder_.ssml, piece_.text.data(), piece_.size(), 0);
     map_tags(HostPositionCursor(piece_positions_).next());
@@ -250,6 +250,11 @@ void DirectDocument::add_piece(const WCHAR* units, std::size_t count, std::uint3
 }
 
 // ---- Document and map ----
+
+inline void DirectDocument::count_text(std::size_t bytes) {
+    text_bytes_ += bytes;
+    if (text_bytes_ > INT_MAX) throw_too_long();
+}
 
 inline void DirectDocument::reserve(std::size_t more) {
     ssml_.reserve(size_ + more, size_);
