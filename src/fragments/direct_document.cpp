@@ -15,7 +15,6 @@
 #include <array>
 #include <climits>
 #include <cstring>
-#include <new>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -53,7 +52,7 @@ std::size_t usual_size(const FragmentSizes& sizes) {
 template <typename T>
 class GrowingBlock {
 public:
-    explicit GrowingBlock(std::size_t count) : block_(allocate(count)), room_(count) {}
+    explicit GrowingBlock(std::size_t count) : block_(allocate<T>(count)), room_(count) {}
 
     T* data() { return block_.get(); }
     // Makes room for `count`, of which the first `used` are kept.
@@ -63,24 +62,16 @@ public:
     malloc_ptr<T> release() { return std::move(block_); }
 
 private:
-    static malloc_ptr<T> allocate(std::size_t count);
     void grow(std::size_t count, std::size_t used);
 
     malloc_ptr<T> block_;
     std::size_t room_;
 };
 
-template <typename T>
-malloc_ptr<T> GrowingBlock<T>::allocate(std::size_t count) {
-    malloc_ptr<T> block(static_cast<T*>(std::malloc(count * sizeof(T))));
-    if (!block) throw std::bad_alloc();
-    return block;
-}
-
 // Not by realloc, which would copy all the room.
 template <typename T>
 void GrowingBlock<T>::grow(std::size_t count, std::size_t used) {
-    malloc_ptr<T> block = allocate(count);
+    malloc_ptr<T> block = allocate<T>(count);
     std::memcpy(block.get(), block_.get(), used * sizeof(T));
     block_ = std::move(block);
     room_ = count;
@@ -111,7 +102,7 @@ private:
     void set_pitch_tag(const SpeechtextMark& mark);
 
     bool add_short_plain_text(const WCHAR* units, std::size_t count, std::uint32_t position);
-    void add_pieces(const WCHAR* units, std::size_t count, std::uint32_t position);
+    void add_pieces(const SPVTEXTFRAG& fragment);
     void add_piece(const WCHAR* units, std::size_t count, std::uint32_t position);
 
     void count_text(std::size_t bytes);
@@ -193,14 +184,8 @@ inline void DirectDocument::add_pitch_mark(const SpeechtextMark& mark, bool rena
 
 // ---- Text ----
 
-inline void DirectDocument::add_text(const SPVTEXTFRAG& fragment) {
-    if (!add_short_plain_text(fragment.pTextStart, fragment.ulTextLen, fragment.ulTextSrcOffset)) {
-        add_pieces(fragment.pTextStart, fragment.ulTextLen, fragment.ulTextSrcOffset);
-    }
-}
-
+// At most short_text units.
 inline bool DirectDocument::add_short_plain_text(const WCHAR* units, std::size_t count, std::uint32_t position) {
-    if (count > short_text) return false;
     reserve(0);
     if (!narrow_plain(units, count, ssml_.data() + size_)) return false;
     count_text(count);
@@ -210,20 +195,20 @@ inline bool DirectDocument::add_short_plain_text(const WCHAR* units, std::size_t
     return true;
 }
 
-// In short plain texts as far as that goes, and in pieces from there on. A long text is mostly of one kind, so what is
-// done of it tells how much room all of it will take.
-void DirectDocument::add_pieces(const WCHAR* units, std::size_t count, std::uint32_t position) {
+inline void DirectDocument::add_text(const SPVTEXTFRAG& fragment) {
+    const bool is_short = fragment.ulTextLen <= short_text;
+    if (is_short && add_short_plain_text(fragment.pTextStart, fragment.ulTextLen, fragment.ulTextSrcOffset)) return;
+    add_pieces(fragment);
+}
+
+// A long text is mostly of one kind, so its first piece tells how much room all of it will take.
+void DirectDocument::add_pieces(const SPVTEXTFRAG& fragment) {
+    const std::size_t count = fragment.ulTextLen;
     const std::size_t start = size_;
     for (std::size_t done = 0; done < count && goes_on_;) {
-        const std::size_t plain = std::min(count - done, short_text);
-        if (add_short_plain_text(units + done, plain, position + static_cast<std::uint32_t>(done))) {
-            done += plain;
-            continue;
-        }
-        std::size_t piece = std::min(count - done, piece_units);
-        // A pair must not be cut.
-        if (done + piece < count && utf16_character_length(units + done + piece - 1, 2) == 2) --piece;
-        add_piece(units + done, piece, position + static_cast<std::uint32_t>(done));
+        const WCHAR* const units = fragment.pTextStart + done;
+        const std::size_t piece = whole_characters(units, count - done, piece_units);
+        add_piece(units, piece, fragment.ulTextSrcOffset + static_cast<std::uint32_t>(done));
         done += piece;
         const std::size_t expected = (size_ - start) * (count - done) / done;
         reserve(expected + expected / 16);

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
+#include <new>
 
 #include "fragments/spvtextfrags_to_ssml.h"
 
@@ -18,6 +19,14 @@ struct FreeDeleter {
 
 template <typename T>
 using malloc_ptr = std::unique_ptr<T[], FreeDeleter>;
+
+// Room for `count` that are not set yet.
+template <typename T>
+malloc_ptr<T> allocate(std::size_t count) {
+    malloc_ptr<T> block(static_cast<T*>(std::malloc(count * sizeof(T))));
+    if (!block) throw std::bad_alloc();
+    return block;
+}
 
 // A document with a NUL behind it, and the host position of each of its bytes and of its end.
 struct MappedDocument {

@@ -21,13 +21,6 @@ namespace {
 
 using namespace fragments_detail;
 
-template <typename T>
-malloc_ptr<T> allocate(std::size_t count) {
-    malloc_ptr<T> block(static_cast<T*>(std::malloc(count * sizeof(T))));
-    if (!block) throw std::bad_alloc();
-    return block;
-}
-
 struct Converted {
     int result;
     std::string ssml;

@@ -178,6 +178,11 @@ std::size_t utf16_character_length(const WCHAR* units, std::size_t remaining) {
     return remaining >= 2 && is_high_surrogate(units[0]) && is_low_surrogate(units[1]) ? 2 : 1;
 }
 
+std::size_t whole_characters(const WCHAR* units, std::size_t count, std::size_t most) {
+    if (count <= most) return count;
+    return utf16_character_length(units + most - 1, 2) == 2 ? most - 1 : most;
+}
+
 void throw_too_long() { throw std::length_error("text of 2 GiB or more"); }
 
 void append_bytes(Speechtext* text, const char* bytes, std::size_t size) {
@@ -198,9 +203,7 @@ void append_utf16(const WCHAR* units, std::size_t count, std::uint32_t first_pos
     BlockConverter converter(text, positions);
     // The caller reserved for ASCII. Where that runs out, there is much else, and room is made for the worst at once.
     while (count > 0) {
-        std::size_t block = std::min(count, block_units);
-        // A pair must not be cut.
-        if (block < count && is_high_surrogate(units[block - 1]) && is_low_surrogate(units[block])) --block;
+        const std::size_t block = whole_characters(units, count, block_units);
         if (text->text.capacity() - text->size() < 3 * block) text->reserve(text->size() + 3 * count, 0);
         converter.convert(units, block, first_position);
         units += block;

@@ -17,6 +17,9 @@ class HostPositions;
 // The units of the character at `units`, of which `remaining` (at least 1) are left: 2 for a surrogate pair, else 1.
 std::size_t utf16_character_length(const WCHAR* units, std::size_t remaining);
 
+// How many of `count` units to take at a time, at most `most` (2 or more), so that no pair is cut.
+std::size_t whole_characters(const WCHAR* units, std::size_t count, std::size_t most);
+
 // What is thrown at a text that does not fit into signed 32 bits.
 [[noreturn]] void throw_too_long();
 
