@@ -49,9 +49,15 @@ static const espeak_stepper_pitch* pitches;  // what holds, and those to come
 static size_t pitches_left;
 static int usual_range;
 
+// The generator does not go below 25 Hz (its unit is Hz << 12). A base below that would only make the melody flat.
+static int base_of(double base) {
+    const int lowest = 25 << 12;
+    return base < lowest ? lowest : (int)base;
+}
+
 // The generator takes its own copy of the voice, so that the one in force stays as it is.
 static void apply_pitch(void) {
-    wvoice->pitch_base = (int)(voice->pitch_base * pitches->factor);
+    wvoice->pitch_base = base_of(voice->pitch_base * pitches->factor);
     wvoice->pitch_range = (int)(voice->pitch_range * pitches->factor);
     const double range = usual_range * pitches->range;
     embedded_value[EMBED_R] = range < 0 ? 0 : range > 99 ? 99 : (int)(range + 0.5);
