@@ -63,6 +63,15 @@ if(NELVA_SANITIZE)
   target_compile_options(dep_samplerate PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=all)
 endif()
 
+# And utf8proc, whose one file includes its tables.
+set(NELVA_UTF8PROC_DIR ${nelva_deps_root}/src/utf8proc)
+add_library(dep_utf8proc STATIC EXCLUDE_FROM_ALL ${NELVA_UTF8PROC_DIR}/utf8proc.c)
+target_include_directories(dep_utf8proc SYSTEM PUBLIC ${NELVA_UTF8PROC_DIR})
+target_compile_definitions(dep_utf8proc PUBLIC UTF8PROC_STATIC)
+if(NELVA_SANITIZE)
+  target_compile_options(dep_utf8proc PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=all)
+endif()
+
 find_package(Threads REQUIRED)
 
 # Header-only helpers of the tools come from the system's packages. A cross compiler must not see the rest of the

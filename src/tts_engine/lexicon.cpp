@@ -12,6 +12,7 @@
 #include <stdexcept>
 
 #include "tts_engine/characters.h"
+#include "tts_engine/composition.h"
 #include "tts_engine/file_names.h"
 #include "tts_engine/sentence.h"
 
@@ -24,13 +25,13 @@ constexpr std::string_view pls = "http://www.w3.org/2005/01/pronunciation-lexico
 constexpr std::string_view case_attribute = "urn:nelva:lexicon case";
 constexpr std::string_view language_attribute = "http://www.w3.org/XML/1998/namespace lang";
 
-// Without differences of case. The two small sigmas are one.
+// Without differences of case, and without invisible characters. The two small sigmas are one.
 std::string folded(std::string_view text) {
     std::string result;
     while (!text.empty()) {
         const Decoded decoded = decode_utf8(text);
         text.remove_prefix(decoded.length);
-        if (decoded.code == 0) continue;
+        if (decoded.code == 0 || is_invisible(decoded.code)) continue;
         const auto small = static_cast<char32_t>(ucd_tolower(decoded.code));
         append_utf8(result, small == 0x3C2 ? 0x3C3 : small);
     }
@@ -39,7 +40,7 @@ std::string folded(std::string_view text) {
 
 std::string primary(std::string_view language) { return folded(language.substr(0, language.find('-'))); }
 
-// The words of a grapheme, as a sentence of it has them.
+// The words of a grapheme, as a sentence of it has them: composed.
 std::vector<std::string> words_of(std::string_view grapheme) {
     SentenceCutter cutter;
     while (!grapheme.empty()) {

@@ -131,6 +131,7 @@ std::vector<Token> tokens_of(const std::vector<Character>& text, const std::vect
 }  // namespace
 
 void SentenceCutter::add(Character character) {
+    if (character.code >= first_to_compose && take_up(character)) return;
     if (is_blank(character.code)) {
         note_blank(character.code);
         if (current_.text.empty() || is_blank(current_.text.back().code)) return;
@@ -148,6 +149,51 @@ void SentenceCutter::add(Character character) {
     if (current_.runs.empty() || !(current_.runs.back().attributes == attributes_))
         current_.runs.push_back({static_cast<std::uint32_t>(current_.text.size()), attributes_});
     append(character);
+}
+
+// True if nothing of the character is left to append. It may become another one.
+bool SentenceCutter::take_up(Character& character) {
+    if (is_left_out(character.code)) return true;
+    switch (joining_of(character.code)) {
+        case Joining::none:
+            return false;
+        case Joining::joins:
+            return join(character);
+        case Joining::differs:
+            break;
+    }
+    add_composed(character, composed_form(character.code));
+    return true;
+}
+
+bool SentenceCutter::is_left_out(char32_t code) const {
+    if (attributes_.say_as != SayAs::text || !is_invisible(code)) return false;
+    return current_.text.empty() || !is_invisible_but_read(code, current_.text.back().code);
+}
+
+// All of them stand for the same bytes.
+void SentenceCutter::add_composed(Character character, const Cluster& codes) {
+    for (std::size_t i = 0; i < codes.size; ++i) add({codes.codes[i], character.begin, character.end});
+}
+
+// Composes a mark with the letter at the text's end. True if that character is one with it now; otherwise the marks are
+// in order, and the last one is left to append.
+bool SentenceCutter::join(Character& character) {
+    auto& text = current_.text;
+    Cluster cluster = cluster_at_end(text.size(), [&text](std::size_t at) { return text[at].code; });
+    const std::size_t before = cluster.size;
+    if (before == 0) return false;
+    compose(cluster, character.code);
+    // Places in the text are known already, so it must not become shorter. Text whose marks are in order never does.
+    if (cluster.size < before) return false;
+    const std::size_t first = text.size() - before;
+    for (std::size_t i = 0; i < before; ++i) text[first + i].code = cluster.codes[i];
+    if (cluster.size > before) {
+        character.code = cluster.codes[before];
+        return false;
+    }
+    text.back().end = character.end;
+    return true;
 }
 
 void SentenceCutter::note_blank(char32_t code) {

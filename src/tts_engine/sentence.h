@@ -8,6 +8,8 @@
 #include <string_view>
 #include <vector>
 
+#include "tts_engine/composition.h"
+
 namespace tts {
 
 // A character and the bytes of the document that stand for it (an entity takes several).
@@ -82,6 +84,9 @@ struct Sentence {
 // without bound. Blanks at both ends of a sentence belong to none. Marks behind a sentence's end stand at the start of
 // the next.
 //
+// Text is composed as it arrives (composition.h): a mark and its letter are one character, whose range is that of both.
+// Invisible characters are left out, unless they change how something is read or the text is spelled.
+//
 // A span is the text of an element that is one thing: no sentence ends in it, unless it is long or the document says
 // so. Its text may be taken as one word, or something else may be said for it.
 class SentenceCutter {
@@ -130,6 +135,10 @@ private:
     void start_spans();
     bool ends_before(char32_t code) const;
     bool too_long_before_blank() const;
+    bool take_up(Character& character);
+    bool is_left_out(char32_t code) const;
+    void add_composed(Character character, const Cluster& codes);
+    bool join(Character& character);
     void append(Character character);
     void append_blank_at_border(const Character& next);
     void cut(bool next_begins);

@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "tts_engine/characters.h"
+#include "tts_engine/composition.h"
 
 namespace tts {
 namespace {
@@ -70,7 +71,7 @@ public:
         std::u32string codes;
         for (std::string_view rest = spoken.text; !rest.empty();) {
             const Decoded decoded = decode_utf8(rest);
-            codes.push_back(decoded.code);
+            append_composed(codes, decoded.code);
             rest.remove_prefix(decoded.length);
         }
         for (std::size_t i = 0; i < codes.size(); ++i) put(codes[i], source_of(spoken, i, codes.size()));
