@@ -76,7 +76,7 @@ endforeach()
 # ---- runtime ----
 
 # The one list of what is shipped; a product that this system does not have is left out.
-set(nelva_products nelva_sapi tts_engine nelva-say nelva-voices nelva-check-engine nelva-dictionary-editor)
+set(nelva_products nelva_sapi tts_engine nelva-say nelva-voices nelva-check-engine nelva-listen nelva-dictionary-editor)
 foreach(product IN LISTS nelva_products)
   if(NOT TARGET ${product})
     list(REMOVE_ITEM nelva_products ${product})
@@ -89,6 +89,8 @@ install(TARGETS ${nelva_products}
         ARCHIVE DESTINATION lib COMPONENT runtime)
 install(DIRECTORY ${nelva_deps_root}/native/share/espeak-ng-data DESTINATION share COMPONENT runtime)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/data/voices/ DESTINATION share/nelva/voices-data COMPONENT runtime)
+# What nelva-listen has voices read.
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/data/listening/ DESTINATION share/nelva/listening COMPONENT runtime)
 if(NOT WIN32)
   # On Windows a token is a key of the registry, which whoever registers the server writes (docs/voice-token.md).
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/data/tokens/ DESTINATION share/nelva/voices COMPONENT runtime
