@@ -108,7 +108,7 @@ int compare(const std::string& program) {
     std::printf("bare espeak-ng: loaded after %.0f us, first audio after %.0f us\n", bare.loaded, bare.heard);
     print_ratio_heading();
     const bool quick = print_ratio("loading, set-up and first audio against bare espeak-ng's loading alone",
-                                   ours.heard / bare.loaded, 1.5);
+                                   ours.heard / bare.loaded, 1.3);
     print_ratio("the same against bare espeak-ng's loading and first audio", ours.heard / bare.heard, 0);
     const bool small = print_ratio("an idle voice that has spoken, its data included, in MB", ours.bytes / 1e6, 30);
     print_ratio("the same of bare espeak-ng", bare.bytes / 1e6, 0);

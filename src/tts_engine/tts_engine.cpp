@@ -1,6 +1,7 @@
 // The twelve functions over espeak-ng. No exception leaves them: a failure is null or a number, and a message.
 #include "tts_engine/tts_engine.h"
 
+#include <atomic>
 #include <cstdio>
 #include <cstring>
 #include <exception>
@@ -29,12 +30,29 @@ thread_local char message[1024] = "";
 
 void set_message(const char* text) { std::snprintf(message, sizeof message, "%s", text); }
 
-struct Library {};
+// Keeps the data that its first voice reads, so that the next voice need not read it again.
+class Library {
+public:
+    Library() = default;
+    ~Library() {
+        if (keeps_) EspeakEngine::let_go();
+    }
+    Library(const Library&) = delete;
+    Library& operator=(const Library&) = delete;
+
+    void acquire(const std::string& lib_path) {
+        EspeakEngine::acquire(lib_path);
+        if (!keeps_.exchange(true)) EspeakEngine::keep();
+    }
+
+private:
+    std::atomic<bool> keeps_ = false;
+};
 
 // A voice, with its share of the library's data.
 struct Voice {
     Voice(std::shared_ptr<Library> library, const std::string& lib_path) : library(std::move(library)) {
-        EspeakEngine::acquire(lib_path);
+        this->library->acquire(lib_path);
     }
     ~Voice() { EspeakEngine::release(); }
     Voice(const Voice&) = delete;

@@ -56,7 +56,7 @@ typedef struct tts_wave {
     const tts_wave_event* events;  // in the order in which they are to be delivered
 } tts_wave;
 
-// Starts the library. Null on failure.
+// Starts the library. Null on failure. What the first voice reads of the synthesiser's data stays until tts_destroy.
 TTS_API tts_handle TTS_CALL tts_create(void);
 
 // Ends it. All voices are unloaded before.

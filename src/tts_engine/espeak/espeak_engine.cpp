@@ -1,9 +1,6 @@
 // The lock around espeak-ng and the one piece of text in work. See espeak_engine.h.
 #include "tts_engine/espeak/espeak_engine.h"
 
-#include <espeak-ng/espeak_ng.h>
-#include <espeak-ng/speak_lib.h>
-
 #include <algorithm>
 #include <clocale>
 #include <cstdio>
@@ -12,9 +9,11 @@
 #include <map>
 #include <mutex>
 #include <stdexcept>
+#include <string_view>
 
 #include "tts_engine/ascii.h"
 #include "tts_engine/espeak/espeak_stepper.h"
+#include "tts_engine/espeak/voice_table.h"
 #include "tts_engine/file_names.h"
 
 namespace tts {
@@ -31,12 +30,14 @@ constexpr std::size_t samples_per_drain_step = 4096;
 // All of this is used under the lock.
 struct State {
     std::mutex lock;
-    unsigned users = 0;
-    std::string data;      // the folder in use
+    unsigned users = 0;    // voices
+    unsigned keepers = 0;  // who else keeps the data
+    std::string data;      // the folder that was read; empty if none is
     std::string language;  // the voice that is set in espeak-ng
     std::string variant;
     Generation* in_work = nullptr;
-    std::map<std::string, std::string> known;                         // language tag and own voice to voice
+    VoiceTable voices;
+    std::map<std::string, bool, std::less<>> speakable;               // by voice: whether its dictionary is there
     std::map<std::string, std::shared_ptr<const IpaTable>> phonemes;  // by voice
 };
 
@@ -77,57 +78,18 @@ std::filesystem::path data_folder(const std::string& lib_path) {
     return {};
 }
 
-// Calls `take` with priority and tag of each of a voice's languages. They follow each other in espeak-ng's list, which
-// ends with a zero.
-template <typename Take>
-void for_each_language(const espeak_VOICE& voice, Take take) {
-    for (const char* at = voice.languages; at != nullptr && *at != 0;) {
-        const int priority = *at++;
-        const std::string language = at;
-        take(priority, ascii_lower(language));
-        at += language.size() + 1;
-    }
-}
-
-// -1 if the voice is not one for `tag`.
-int priority_of(const espeak_VOICE& voice, const std::string& tag) {
-    int found = -1;
-    for_each_language(voice, [&](int priority, const std::string& language) {
-        if (found < 0 && language == tag) found = priority;
-    });
-    return found;
-}
-
-bool speaks(const espeak_VOICE& voice, const std::string& tag) {
-    bool found = false;
-    for_each_language(voice, [&](int, const std::string& language) {
-        found |= language == tag || language.compare(0, tag.size() + 1, tag + "-") == 0;
-    });
-    return found;
-}
-
-std::string voice_for(const std::string& tag, const std::string& own) {
-    std::string best;
-    int best_priority = 1000;
-    const espeak_VOICE** voices = espeak_ListVoices(nullptr);
-    for (; voices != nullptr && *voices != nullptr; ++voices) {
-        if ((*voices)->identifier == own && speaks(**voices, tag)) return own;
-        const int priority = priority_of(**voices, tag);
-        if (priority < 0 || priority >= best_priority) continue;
-        best = (*voices)->identifier;
-        best_priority = priority;
-    }
-    return best;
-}
-
+// A variant is laid over its language, so a language that is set already is not read again for its first variant.
 void set_voice(State& engine, const std::string& language, const std::string& variant) {
     if (engine.language == language && engine.variant == variant) return;
-    const std::string name = variant.empty() ? language : language + "+" + variant;
+    const bool has_language = engine.language == language && engine.variant.empty();
     std::string new_language = language;
     std::string new_variant = variant;
     engine.language.clear();
-    if (espeak_ng_SetVoiceByName(name.c_str()) != ENS_OK)
-        throw std::runtime_error("espeak-ng has no voice \"" + name + "\"");
+    if ((!has_language && espeak_stepper_set_language(language.c_str()) != 0) ||
+        (!variant.empty() && espeak_stepper_add_variant(variant.c_str()) != 0)) {
+        throw std::runtime_error("espeak-ng has no voice \"" + language + (variant.empty() ? "" : "+") + variant +
+                                 "\"");
+    }
     engine.language = std::move(new_language);
     engine.variant = std::move(new_variant);
 }
@@ -171,13 +133,29 @@ void read_data(State& engine, const std::string& lib_path, const std::filesystem
     std::string path = native_name_of(folder);
     if (path.empty() || path.size() > 150)
         throw std::runtime_error("the path of the synthesiser's data is too long or not usable here: " + lib_path);
+    VoiceTable voices = VoiceTable::read(folder);
     char reason[512] = "";
     if (start_stepper(path, reason, sizeof reason) != 0)
         throw std::runtime_error("the synthesiser's data in \"" + lib_path + "\" cannot be read: " + reason);
     engine.data = std::move(path);
     engine.language.clear();
-    engine.known.clear();
+    engine.voices = std::move(voices);
+    engine.speakable.clear();
     engine.phonemes.clear();
+}
+
+}  // namespace
+
+namespace {
+
+void drop_data(State& engine) {
+    if (engine.data.empty()) return;
+    espeak_stepper_end();
+    engine.data.clear();
+}
+
+void drop_unused_data(State& engine) {
+    if (engine.users == 0 && engine.keepers == 0) drop_data(engine);
 }
 
 }  // namespace
@@ -188,18 +166,35 @@ void EspeakEngine::acquire(const std::string& lib_path) {
     const std::filesystem::path folder = data_folder(lib_path);
     if (folder.empty())
         throw std::runtime_error("no synthesiser data (espeak-ng's \"phontab\") in libPath \"" + lib_path + "\"");
-    if (engine.users == 0)
-        read_data(engine, lib_path, folder);
-    else if (engine.data != native_name_of(folder))
+    const bool other = engine.data != native_name_of(folder);
+    if (other && engine.users > 0)
         throw std::runtime_error("libPath \"" + lib_path + "\": voices in use come from other data, \"" + engine.data +
                                  "\"; unload them first");
+    if (other) {
+        drop_data(engine);
+        read_data(engine, lib_path, folder);
+    }
     ++engine.users;
 }
 
 void EspeakEngine::release() {
     State& engine = state();
     std::lock_guard<std::mutex> guard(engine.lock);
-    if (--engine.users == 0) espeak_stepper_end();
+    --engine.users;
+    drop_unused_data(engine);
+}
+
+void EspeakEngine::keep() {
+    State& engine = state();
+    std::lock_guard<std::mutex> guard(engine.lock);
+    ++engine.keepers;
+}
+
+void EspeakEngine::let_go() {
+    State& engine = state();
+    std::lock_guard<std::mutex> guard(engine.lock);
+    --engine.keepers;
+    drop_unused_data(engine);
 }
 
 bool EspeakEngine::has_variant(const std::string& name) {
@@ -260,41 +255,32 @@ void Generation::finish_work() {
     }
 }
 
-namespace {
-
-// Not every voice that espeak-ng lists is there with its dictionary: some of the data may not be installed.
-bool can_speak(State& engine, const std::string& voice) {
+// Not every voice that espeak-ng lists is there with its dictionary: some of the data may not be installed. Each voice
+// is tried once.
+bool EspeakEngine::can_speak(std::string_view voice) {
+    State& engine = state();
+    const auto known = engine.speakable.find(voice);
+    if (known != engine.speakable.end()) return known->second;
+    const std::string name(voice);
+    bool found = false;
+    Generation::finish_work();
     try {
-        set_voice(engine, voice, {});
+        set_voice(engine, name, {});
+        found = espeak_stepper_has_dictionary() != 0;
     } catch (const std::runtime_error&) {
-        return false;
     }
-    return espeak_stepper_has_dictionary() != 0;
+    return engine.speakable[name] = found;
 }
-
-// No piece is in work.
-std::string search_language(State& engine, std::string tag, const std::string& own) {
-    for (;;) {
-        std::string found = voice_for(tag, own);
-        if (!found.empty() && (found == own || can_speak(engine, found))) return found;
-        const std::size_t dash = tag.rfind('-');
-        if (dash == std::string::npos) return {};
-        tag.resize(dash);
-    }
-}
-
-}  // namespace
 
 std::string EspeakEngine::find_language(const std::string& tag, const std::string& own) {
     State& engine = state();
+    const std::string small = ascii_lower(tag);
     std::lock_guard<std::mutex> guard(engine.lock);
-    const std::string key = ascii_lower(tag) + '\n' + own;
-    const auto known = engine.known.find(key);
-    if (known != engine.known.end()) return known->second;
-    Generation::finish_work();
-    // A hostile document must not fill the memory with tags.
-    if (engine.known.size() > 1000) engine.known.clear();
-    return engine.known[key] = search_language(engine, ascii_lower(tag), own);
+    for (std::string_view part = small; !part.empty(); part = engine.voices.shorter(part)) {
+        const std::string_view found = engine.voices.find(part, own);
+        if (!found.empty() && (found == own || can_speak(found))) return std::string(found);
+    }
+    return {};
 }
 
 void EspeakEngine::load_voice(const std::string& language, const std::string& variant) {

@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tts_engine/espeak/espeak_stepper.h"
@@ -84,15 +85,21 @@ private:
 
 class EspeakEngine {
 public:
-    // Takes the library for data in `lib_path` (the folder espeak-ng-data or the one that holds it) and gives it back.
-    // The data is read once. Throws std::runtime_error if the folder holds none, or if other data is in use.
+    // Takes the library for a voice with data in `lib_path` (the folder espeak-ng-data or the one that holds it), and
+    // gives it back. Data that is there already is not read again. Throws std::runtime_error if the folder holds none,
+    // or if voices with other data are in use.
     static void acquire(const std::string& lib_path);
     static void release();
+
+    // Keeps the data that is there, whatever voices are given back, until the same number of calls of let_go(). It does
+    // not keep a voice with other data from taking its place.
+    static void keep();
+    static void let_go();
 
     // espeak-ng's voice for a language tag such as "en-US": the tag itself, or the tag without its last parts. `own`, a
     // voice of espeak-ng, comes before all others wherever it speaks the tag or a kind of it: the one for "en-us" does
     // "en", and the one for Cantonese, which espeak-ng also calls "zh-yue", does "zh". Empty when there is none, or
-    // none whose dictionary is there. Answers are kept.
+    // none whose dictionary is there. The voice files are read with the data, so an unknown tag costs nothing.
     static std::string find_language(const std::string& tag, const std::string& own = {});
 
     // Makes a language and a variant ready to speak, so that the first text need not wait. Throws std::runtime_error if
@@ -108,6 +115,9 @@ public:
 
     // Whether there is a voice variant of that name.
     static bool has_variant(const std::string& name);
+
+private:
+    static bool can_speak(std::string_view voice);
 };
 
 }  // namespace tts

@@ -39,6 +39,7 @@ static _Bool resume;
 #include "speech.h"
 #include "synthdata.h"
 #include "translate.h"
+#include "voice.h"
 
 static espeak_stepper_sink current_sink;
 static void* current_context;
@@ -183,6 +184,17 @@ static void report_plan(void) {
     event.type = ESPEAK_STEPPER_PLANNED_END;
     event.position = (uint32_t)count_characters;
     current_sink(current_context, &event);
+}
+
+// Bits of LoadVoice's `control`.
+enum { LOAD_NO_DEFAULT = 1, LOAD_VARIANT = 2 };
+
+int espeak_stepper_set_language(const char* identifier) { return LoadVoice(identifier, LOAD_NO_DEFAULT) == NULL; }
+
+int espeak_stepper_add_variant(const char* name) {
+    char file[40];  // as long as LoadVoice takes
+    const int length = snprintf(file, sizeof file, "!v%c%s", PATHSEP, name);
+    return length < 0 || (size_t)length >= sizeof file || LoadVoice(file, LOAD_VARIANT) == NULL;
 }
 
 int espeak_stepper_has_dictionary(void) { return translator != NULL && translator->data_dictrules != NULL; }

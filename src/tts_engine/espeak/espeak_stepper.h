@@ -63,6 +63,14 @@ typedef struct espeak_stepper_settings {
     int phonemes;                         // whether [[...]] in the text holds phonemes by their mnemonics
 } espeak_stepper_settings;
 
+// Sets the voice that the identifier names, the file of a language such as "gmw/en-US", without a variant. 0 on
+// success. espeak_ng_SetVoiceByName would read all voice files first: it looks for the name in small letters, and does
+// not find it.
+int espeak_stepper_set_language(const char* identifier);
+
+// Lays a variant, the name of a file in voices/!v, over the language that was set last. 0 on success.
+int espeak_stepper_add_variant(const char* name);
+
 // Whether the voice that was set last has a dictionary. Without one espeak-ng says nothing of a text.
 int espeak_stepper_has_dictionary(void);
 

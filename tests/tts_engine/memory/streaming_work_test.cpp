@@ -153,3 +153,41 @@ TEST(StreamingWorkOfTwo, of_a_record_is_at_most_the_rest_of_the_others_sentence_
     }
     for (tts_streamer streamer : streamers) EXPECT_EQ(tts_streamer_stop(streamer), 0);
 }
+
+// What each costs is files: espeak-ng would read all of its voices for each tag.
+TEST(Languages, tags_that_are_unknown_open_no_file) {
+    const TestVoice voice;
+    std::string text = "<speak>";
+    for (int i = 0; i < 400; ++i) text += "<lang xml:lang=\"xx-" + std::to_string(i) + "\">word</lang> ";
+    text += "</speak>";
+    speak(voice, "<speak>Hello.</speak>");
+    start_work();
+    speak(voice, text);
+    EXPECT_EQ(work_done().files, 0u);
+}
+
+TEST(Languages, tag_of_the_voice_opens_no_file) {
+    const TestVoice voice;
+    start_work();
+    speak(voice, "<speak xml:lang=\"en\">Hello. <lang xml:lang=\"en-US\">Hello.</lang></speak>");
+    EXPECT_EQ(work_done().files, 0u);
+}
+
+TEST(Data, stay_as_long_as_the_library_handle) {
+    const std::string file = std::string(TTS_TEST_VOICES) + "/en-us-22i";
+    tts_handle library = tts_create();
+    tts_unload_voice(tts_load_voice(library, TTS_TEST_DATA, file.c_str()));
+    start_work();
+    tts_voice voice = tts_load_voice(library, TTS_TEST_DATA, file.c_str());
+    EXPECT_EQ(work_done().files, 0u);
+    EXPECT_EQ(speak(voice, "<speak>Hello.</speak>").words(), Texts{"Hello"});
+    tts_unload_voice(voice);
+    tts_destroy(library);
+}
+
+TEST(Data, go_with_the_last_handle) {
+    { const TestVoice voice; }
+    start_work();
+    { const TestVoice voice; }
+    EXPECT_GT(work_done().files, 100u);
+}

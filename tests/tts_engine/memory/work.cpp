@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 
 #include "support/failing_new.h"
@@ -17,6 +18,7 @@ namespace {
 std::size_t pages = 0;
 std::size_t texts = 0;
 std::size_t samples = 0;
+std::size_t files = 0;
 
 char* guarded = nullptr;
 std::size_t guarded_size = 0;
@@ -74,14 +76,21 @@ size_t __wrap_espeak_stepper_fill(int16_t* out, size_t capacity, espeak_stepper_
     samples += made;
     return made;
 }
+
+std::FILE* __real_fopen(const char* name, const char* mode);
+std::FILE* __wrap_fopen(const char* name, const char* mode);
+std::FILE* __wrap_fopen(const char* name, const char* mode) {
+    ++files;
+    return __real_fopen(name, mode);
+}
 }
 
 void start_work() {
-    pages = texts = samples = 0;
+    pages = texts = samples = files = 0;
     failing_new::start();
 }
 
 Work work_done() {
     const failing_new::Count count = failing_new::count();
-    return {count.allocations, count.bytes, pages, texts, samples};
+    return {count.allocations, count.bytes, pages, texts, samples, files};
 }

@@ -12,6 +12,7 @@ struct Work {
     std::size_t pages;    // of the document, looked into for the first time
     std::size_t texts;    // that espeak-ng began: sentences, or pieces of them
     std::size_t samples;  // that espeak-ng computed
+    std::size_t files;    // that were opened, but for streams of C++
     bool operator==(const Work&) const = default;
 };
 
