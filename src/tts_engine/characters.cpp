@@ -8,6 +8,13 @@ namespace {
 
 bool is_continuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0) == 0x80; }
 
+// Signs that are written between words instead of a blank: Ethiopic, runic, Aegean, Ugaritic, Old Persian, Phoenician,
+// cuneiform, and the raised dot of inscriptions.
+bool is_word_separator(char32_t c) {
+    return c == 0x1361 || (c >= 0x16EB && c <= 0x16ED) || c == 0x2E31 || (c >= 0x10100 && c <= 0x10101) ||
+           c == 0x1039F || c == 0x103D0 || c == 0x1091F || c == 0x12470;
+}
+
 }  // namespace
 
 Decoded decode_utf8(std::string_view bytes) {
@@ -48,7 +55,7 @@ bool is_blank(char32_t c) {
     if (c <= 0x20) return true;
     if (c < 0x85) return c == 0x7F;
     return c == 0x85 || c == 0xA0 || c == 0x1680 || (c >= 0x2000 && c <= 0x200B) || c == 0x2028 || c == 0x2029 ||
-           c == 0x202F || c == 0x205F || c == 0x3000;
+           c == 0x202F || c == 0x205F || c == 0x3000 || is_word_separator(c);
 }
 
 bool is_punctuation(char32_t c) { return ucd_lookup_category_group(c) == UCD_CATEGORY_GROUP_P; }

@@ -264,15 +264,11 @@ void Streamer::take_event(const SpeechEvent& event) {
     const bool in_text = event.position < utterance_.source.size();
     const std::uint32_t character = in_text ? utterance_.source[event.position] : part_end_;
     switch (event.kind) {
-        case SpeechEvent::Kind::planned_word:
-            return placer_.plan_word(character, event.phonemes);
-        case SpeechEvent::Kind::planned_end:
-            return placer_.plan_end(character);
         case SpeechEvent::Kind::word:
-            placer_.word(character);
+            placer_.sound(character);
             break;
         case SpeechEvent::Kind::phoneme:
-            placer_.phoneme();
+            if (event.phoneme[0] != 0) placer_.sound(character);
             emit_viseme(viseme_of(event.phoneme));
             break;
     }

@@ -225,51 +225,46 @@ TEST(WordPlacer, sound_at_a_blank_belongs_to_the_word_before) {
     const auto sentences = cut("one two three");
     tts::WordPlacer placer;
     placer.start(sentences[0], 13);
-    placer.word(0);
+    placer.sound(0);
     EXPECT_EQ(placer.begun(), 1u);
-    placer.word(3);
+    placer.sound(3);
     EXPECT_EQ(placer.begun(), 1u);
-    placer.word(4);
+    placer.sound(4);
     EXPECT_EQ(placer.begun(), 2u);
     placer.finish();
     EXPECT_EQ(placer.begun(), 3u);
 }
 
-TEST(WordPlacer, sound_at_an_opening_quote_belongs_to_the_word_behind) {
+TEST(WordPlacer, sound_at_an_opening_quote_belongs_to_the_word_after) {
     const auto sentences = cut("one \"two\"");
     tts::WordPlacer placer;
     placer.start(sentences[0], 9);
-    placer.word(4);
+    placer.sound(4);
     EXPECT_EQ(placer.begun(), 2u);
 }
 
-TEST(WordPlacer, words_that_share_a_sound_begin_along_it) {
-    // "of the" is one word of four phonemes, "end" the next.
-    const auto sentences = cut("of the end");
+TEST(WordPlacer, word_without_a_sound_begins_with_the_next_one) {
+    const auto sentences = cut("one two three");
     tts::WordPlacer placer;
-    placer.start(sentences[0], 10);
-    placer.plan_word(0, 4);
-    placer.plan_word(7, 3);
-    placer.plan_end(10);
-    placer.word(0);
-    std::vector<std::size_t> begun;
-    for (int i = 0; i < 4; ++i) {
-        placer.phoneme();
-        begun.push_back(placer.begun());
-    }
-    // "the" starts at 3 of 6 characters: at the third of the four.
-    EXPECT_EQ(begun, (std::vector<std::size_t>{1, 1, 2, 2}));
+    placer.start(sentences[0], 13);
+    placer.sound(0);
+    placer.sound(8);
+    EXPECT_EQ(placer.begun(), 3u);
 }
 
-TEST(WordPlacer, last_words_of_a_clause_share_up_to_its_end) {
-    const auto sentences = cut("of the, end");
+TEST(WordPlacer, sound_after_the_part_begins_no_word_of_the_next_part) {
+    const auto sentences = cut("one two three");
     tts::WordPlacer placer;
-    placer.start(sentences[0], 11);
-    placer.plan_word(0, 2);
-    placer.plan_end(7);
-    placer.word(0);
-    placer.phoneme();
-    EXPECT_EQ(placer.begun(), 1u);
-    placer.phoneme();
+    placer.start(sentences[0], 7);
+    placer.sound(12);
+    EXPECT_EQ(placer.begun(), 2u);
+}
+
+TEST(WordPlacer, sound_of_an_earlier_character_takes_nothing_back) {
+    const auto sentences = cut("one two three");
+    tts::WordPlacer placer;
+    placer.start(sentences[0], 13);
+    placer.sound(4);
+    placer.sound(0);
     EXPECT_EQ(placer.begun(), 2u);
 }

@@ -20,8 +20,6 @@ namespace tts {
 
 static_assert(static_cast<int>(SpeechEvent::Kind::word) == ESPEAK_STEPPER_WORD);
 static_assert(static_cast<int>(SpeechEvent::Kind::phoneme) == ESPEAK_STEPPER_PHONEME);
-static_assert(static_cast<int>(SpeechEvent::Kind::planned_word) == ESPEAK_STEPPER_PLANNED_WORD);
-static_assert(static_cast<int>(SpeechEvent::Kind::planned_end) == ESPEAK_STEPPER_PLANNED_END);
 
 namespace {
 
@@ -58,7 +56,6 @@ void collect(void* context, const espeak_stepper_event* event) noexcept {
     auto* collector = static_cast<Collector*>(context);
     SpeechEvent result{};
     result.kind = static_cast<SpeechEvent::Kind>(event->type);
-    result.phonemes = event->phonemes;
     result.position = event->position == 0 ? 0 : event->position - 1;
     result.sample = collector->base + event->sample;
     std::copy(std::begin(event->phoneme), std::end(event->phoneme), result.phoneme);

@@ -41,10 +41,9 @@ struct SpeechRequest {
 };
 
 struct SpeechEvent {
-    enum class Kind : std::uint8_t { word, phoneme, planned_word, planned_end };
+    enum class Kind : std::uint8_t { word, phoneme };
     Kind kind;
-    std::uint32_t position;  // index of a word's first character in the request's text, in code points, from 0
-    std::uint32_t phonemes;  // planned word: how many it has
+    std::uint32_t position;  // index in the request's text, in code points, from 0: see espeak_stepper_event
     std::uint64_t sample;    // from the first sample of the request
     char phoneme[9];         // phoneme: its IPA name
 };

@@ -44,7 +44,6 @@ static _Bool resume;
 static espeak_stepper_sink current_sink;
 static void* current_context;
 static unsigned char* current_start;
-static int plan_due;  // the first clause is read and not yet announced
 
 static const espeak_stepper_pitch* pitches;  // what holds, and those to come
 static size_t pitches_left;
@@ -80,9 +79,9 @@ void espeak_stepper_marker(int type, unsigned int char_position, int value, int 
     if (current_sink == NULL || (type != espeakEVENT_WORD && type != espeakEVENT_PHONEME)) return;
     memset(&event, 0, sizeof event);
     event.sample = (size_t)(place - current_start) / 2;
+    event.position = char_position & 0xffffff;
     if (type == espeakEVENT_WORD) {
         event.type = ESPEAK_STEPPER_WORD;
-        event.position = char_position & 0xffffff;
     } else {
         event.type = ESPEAK_STEPPER_PHONEME;
         memcpy(event.phoneme, &value, 4);
@@ -162,30 +161,6 @@ static void apply_settings(const espeak_stepper_settings* settings) {
     apply_pitch();
 }
 
-// Tells of the clause that was read last.
-static void report_plan(void) {
-    espeak_stepper_event event;
-    memset(&event, 0, sizeof event);
-    event.sample = (size_t)(out_ptr - current_start) / 2;
-    event.type = ESPEAK_STEPPER_PLANNED_WORD;
-    int open = 0;
-    for (int i = 1; i < N_PHONEME_LIST; ++i) {
-        const PHONEME_LIST* phoneme = &phoneme_list[i];
-        const int end = (phoneme->newword & PHLIST_END_OF_CLAUSE) != 0;
-        if (open && (end || (phoneme->newword & PHLIST_START_OF_WORD))) current_sink(current_context, &event);
-        if (end) break;
-        if (phoneme->newword & PHLIST_START_OF_WORD) {
-            open = 1;
-            event.position = (uint32_t)((phoneme->sourceix & 0x7ff) + clause_start_char);
-            event.phonemes = 0;
-        }
-        if (phoneme->ph->code != phonEND_WORD) ++event.phonemes;
-    }
-    event.type = ESPEAK_STEPPER_PLANNED_END;
-    event.position = (uint32_t)count_characters;
-    current_sink(current_context, &event);
-}
-
 // Bits of LoadVoice's `control`.
 enum { LOAD_NO_DEFAULT = 1, LOAD_VARIANT = 2 };
 
@@ -212,7 +187,7 @@ int espeak_stepper_begin(const char* text, const espeak_stepper_settings* settin
     if (text_decoder_decode_string_multibyte(p_decoder, text, translator->encoding, espeakCHARS_UTF8) != ENS_OK)
         return 1;
     n_phoneme_list = 0;
-    plan_due = SpeakNextClause(0);
+    SpeakNextClause(0);
     return 0;
 }
 
@@ -223,18 +198,13 @@ size_t espeak_stepper_fill(int16_t* samples, size_t capacity, espeak_stepper_sin
     out_ptr = current_start;
     out_end = current_start + capacity * 2;
     *done = 0;
-    if (plan_due) report_plan();
-    plan_due = 0;
     while (out_ptr < out_end && !*done) {
         WavegenFill();
         // A clause is read when all of the one before has become sound, its echo too. Were the echo cut where a buffer
         // happens to end, a text would sound different for each size of buffers.
         if (Generate(phoneme_list, &n_phoneme_list, 1) != 0 || WcmdqUsed() != 0 || out_ptr == out_end) continue;
         echo_complete = 0;
-        if (SpeakNextClause(1) == 0)
-            *done = 1;
-        else
-            report_plan();
+        if (SpeakNextClause(1) == 0) *done = 1;
     }
     current_sink = NULL;
     return (size_t)(out_ptr - current_start) / 2;

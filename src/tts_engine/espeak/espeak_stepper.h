@@ -25,18 +25,13 @@
 extern "C" {
 #endif
 
-// A clause is announced before it sounds: a planned word for each word to come, then its end.
-enum espeak_stepper_event_type {
-    ESPEAK_STEPPER_WORD,
-    ESPEAK_STEPPER_PHONEME,
-    ESPEAK_STEPPER_PLANNED_WORD,
-    ESPEAK_STEPPER_PLANNED_END
-};
+// A word begins where its first sound does. Each word of the text has its own, also where espeak-ng's dictionary says
+// several of them as one, and each character of a script that is written without blanks.
+enum espeak_stepper_event_type { ESPEAK_STEPPER_WORD, ESPEAK_STEPPER_PHONEME };
 
 typedef struct espeak_stepper_event {
     int type;           // one of espeak_stepper_event_type
-    uint32_t position;  // word: which character of the text it starts at, from 1; end: of the clause's last character
-    uint32_t phonemes;  // planned word: how many phonemes are reported for it
+    uint32_t position;  // the character of the text that it comes from, or near it inside a word; from 1
     size_t sample;      // counted from the first sample of this call of espeak_stepper_fill
     char phoneme[9];    // phoneme: its IPA name, UTF-8, cut behind 8 bytes; a stress mark may stand in front
 } espeak_stepper_event;
