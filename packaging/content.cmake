@@ -1,7 +1,10 @@
-# Writes what the installer's script needs to know of the content: cmake -DSTAGE=... -DTOKENS=... -DOUT=... -P content.cmake
+# Writes what the installer's script needs to know of the content:
+#
+#   cmake -DSTAGE=... -DTOKENS=... -DUNREAD=... -DOUT=... -P content.cmake
 #
 #   STAGE   the folder whose files are installed, as they lie there
 #   TOKENS  the folder with the tokens of the voices that are shipped: their names and voice files
+#   UNREAD  data/unread-scripts: the voices that are not selected unless somebody asks for them
 #   OUT     the NSIS file to write
 #
 # Every list is sorted, so that the same content gives the same file. English speaks for words of other languages too, so
@@ -78,6 +81,10 @@ endfunction()
 
 # ---- voices ----
 
+# The first word of each line that is no comment.
+file(STRINGS ${UNREAD} unread REGEX "^[^# ]")
+list(TRANSFORM unread REPLACE " .*" "")
+
 set(dictionaries "")
 set(sections "")
 foreach(token IN LISTS tokens)
@@ -112,7 +119,13 @@ foreach(token IN LISTS tokens)
   list(APPEND sections "${section}|${short}|${short_base}")
 
   string(REGEX REPLACE "^Nelva " "" shown "${display}")
-  say("Section \"${shown}\" ${section}")
+  # "/o" is a section that is not selected at first.
+  if(short IN_LIST unread)
+    list(REMOVE_ITEM unread ${short})
+    say("Section /o \"${shown}\" ${section}")
+  else()
+    say("Section \"${shown}\" ${section}")
+  endif()
   say_files(${own})
   set(add ${language})
   if(variant)
@@ -131,6 +144,10 @@ foreach(token IN LISTS tokens)
     string(APPEND take_away_${section} "  Delete \"$INSTDIR\\${dictionary_path}\"\n")
   endif()
 endforeach()
+
+if(unread)
+  message(FATAL_ERROR "${UNREAD} names voices that there are not: ${unread}")
+endif()
 
 # ---- the dictionaries of all other languages, for voices that are added later ----
 

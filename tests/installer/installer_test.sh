@@ -60,6 +60,8 @@ as_before() { snapshot "$work/after"; diff "$work/before.files" "$work/after.fil
 
 our_tokens() { run reg query "$tokens" | sed -n 's/.*\\Tokens\\\(nelva-.*\)/\1/p' | sort; }
 all_tokens() { cd "$token_files" && printf '%s\n' *.json | sed 's/\.json$//' | sort; }
+# Those that a first installation selects: all but the ones that do not read their own script.
+first_tokens() { all_tokens | grep -vxF "$(sed -n 's/^\([^# ][^ ]*\) .*/nelva-\1/p' "$token_files/../unread-scripts")"; }
 tokens_are() { our_tokens | diff <(printf '%s\n' "$@" | sort) -; }
 registered() { run reg query "$class\\InprocServer32" | grep -qiF "$home\\bin\\nelva_sapi.dll"; }
 token_files=$(cd "$(dirname "${BASH_SOURCE[0]}")/../../data/tokens" && pwd)
@@ -105,6 +107,8 @@ uninstall() {
 check 'the world before can be written down' snapshot "$work/before"
 
 check 'silent installation succeeds' gives 0 install
+check 'voices that read their own script have tokens' differ <(first_tokens) <(our_tokens)
+check 'all voices are installed when they are asked for' gives 0 install /LANGUAGES=all
 check 'every file is where it belongs, with its content' content_is_there
 check 'every voice has its token' differ <(all_tokens) <(our_tokens)
 check 'the class is registered from the installed folder' registered

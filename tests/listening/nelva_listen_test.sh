@@ -39,7 +39,7 @@ expect measurement 2 "there is no measurement 'word'; did you mean 'words'?" a -
 expect no_module 1 'cannot open' --module "$here/none" --texts "$data/listening" "$data/voices/de-22i"
 expect no_text 1 'there is no text for the language de' --texts "$here" "$data/voices/de-22i"
 expect no_voice_file 1 'cannot be loaded' "${sample[@]}" "$here/de-22i"
-expect limit 1 'words not read' "${sample[@]}" --only script --limit 10 "$data/voices/ja-22i"
+expect limit 1 'words not read' "${sample[@]}" --only script --limit 10 "$data/voices/kok-22i"
 expect table 0 "| de | yes | 0 |" "${sample[@]}" --only script --table - "$data/voices/de-22i"
 
 # What must hold of every voice, heard of some.
