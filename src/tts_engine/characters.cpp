@@ -60,6 +60,8 @@ bool is_blank(char32_t c) {
 
 bool is_punctuation(char32_t c) { return ucd_lookup_category_group(c) == UCD_CATEGORY_GROUP_P; }
 
+bool is_symbol(char32_t c) { return ucd_lookup_category_group(c) == UCD_CATEGORY_GROUP_S; }
+
 bool is_opening(char32_t c) {
     const ucd_category category = ucd_lookup_category(c);
     return category == UCD_CATEGORY_Ps || category == UCD_CATEGORY_Pi || c == 0xBF || c == 0xA1;

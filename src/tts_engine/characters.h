@@ -21,6 +21,7 @@ void append_utf8(std::string& text, char32_t code);
 
 bool is_blank(char32_t c);        // white space of any script, the zero width space, and signs that part words (፡)
 bool is_punctuation(char32_t c);  // Unicode's categories P*, not symbols such as $ and +
+bool is_symbol(char32_t c);       // Unicode's categories S*
 bool is_opening(char32_t c);      // brackets and quotes that stand in front of a word
 bool is_closing(char32_t c);      // brackets and quotes that stand behind a word, also " and '
 bool is_lower(char32_t c);

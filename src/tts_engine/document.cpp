@@ -45,6 +45,7 @@ void Document::rewind() {
     reader_ = std::make_unique<MarkupReader>(text_, handler);
     cutter_ = SentenceCutter();
     cutter_.set_language(voice_language_);
+    if (signs_ == Signs::named) cutter_.name_signs();
     open_.clear();
     open_of_kind_.fill(0);
     attributes_ = Attributes();
@@ -54,6 +55,30 @@ void Document::rewind() {
 }
 
 bool Document::next(Sentence& sentence) {
+    if (!read_sentence(sentence)) return false;
+    if (signs_ != Signs::unknown || !sentence.has_text()) return true;
+    signs_ = is_of_signs(sentence) ? Signs::named : Signs::punctuation;
+    if (signs_ == Signs::punctuation) return true;
+    rewind();
+    return read_sentence(sentence);
+}
+
+// Whether the document, of which this is the first sentence with text, has no letters and digits.
+bool Document::is_of_signs(const Sentence& first) const {
+    const auto has_words = [](const Sentence& sentence) {
+        return !sentence.spoken.empty() || std::any_of(sentence.text.begin(), sentence.text.end(),
+                                                       [](const Character& c) { return is_alnum(c.code); });
+    };
+    if (has_words(first)) return false;
+    Document again(text_, voice_language_, voice_pitch_);
+    again.signs_ = Signs::punctuation;
+    Sentence sentence;
+    while (again.read_sentence(sentence))
+        if (has_words(sentence)) return false;
+    return true;
+}
+
+bool Document::read_sentence(Sentence& sentence) {
     while (cutter_.ready().empty()) {
         if (finished_) return false;
         if (reader_->step()) continue;

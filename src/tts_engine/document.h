@@ -72,6 +72,9 @@ private:
         std::string detail;   // of say-as: its format
     };
 
+    bool read_sentence(Sentence& sentence);
+    bool is_of_signs(const Sentence& first) const;
+
     static Kind kind_of(std::string_view name);
     static bool ends_sentence(Kind kind);
     static bool is_span(Kind kind);
@@ -107,7 +110,9 @@ private:
     float marked_pitch_ = 1;   // the factor of the last pitch mark
     bool any_pitch_mark_ = false;
     bool finished_ = false;
-    std::uint32_t text_end_ = 0;  // where the last text that was read ends
+    enum class Signs : std::uint8_t { unknown, named, punctuation };
+    Signs signs_ = Signs::unknown;  // whether there are no letters and digits, so that signs are said by their names
+    std::uint32_t text_end_ = 0;    // where the last text that was read ends
     std::vector<std::string> languages_{std::string()};
     std::unordered_map<std::string, std::uint16_t> language_numbers_;
 };

@@ -30,7 +30,8 @@ target_link_options(tts_engine_objects INTERFACE -Wl,--wrap=rand)
 # These files compile espeak-ng's wave generators as parts of themselves: they need espeak-ng's internal headers, its
 # dialect of C and its flags (its arithmetic wraps around on purpose), and our warnings do not apply to them.
 set(NELVA_STEPPER ${CMAKE_CURRENT_SOURCE_DIR}/tts_engine/espeak/espeak_stepper.c
-                  ${CMAKE_CURRENT_SOURCE_DIR}/tts_engine/espeak/espeak_klatt.c)
+                  ${CMAKE_CURRENT_SOURCE_DIR}/tts_engine/espeak/espeak_klatt.c
+                  ${CMAKE_CURRENT_SOURCE_DIR}/tts_engine/espeak/espeak_signs.c)
 set(espeak_internal
     -isystem ${NELVA_ESPEAK_DIR}/src/libespeak-ng -isystem ${NELVA_ESPEAK_DIR}/src/include/compat
     -isystem ${NELVA_ESPEAK_DIR}/src/include -isystem ${NELVA_ESPEAK_DIR}/src/speechPlayer/include

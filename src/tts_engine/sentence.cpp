@@ -8,6 +8,7 @@
 #include "tts_engine/abbreviations.h"
 #include "tts_engine/ascii.h"
 #include "tts_engine/characters.h"
+#include "tts_engine/signs.h"
 
 namespace tts {
 namespace {
@@ -95,19 +96,23 @@ void add_token(const std::vector<Character>& text, std::size_t first, std::size_
     if (first < last) tokens.push_back({static_cast<std::uint32_t>(first), static_cast<std::uint32_t>(last)});
 }
 
-// Words between blanks; in scripts without blanks each character is one. `words` are whole as they are, and what an
-// entity stands for is never cut.
-std::vector<Token> tokens_of(const std::vector<Character>& text, const std::vector<Token>& words) {
+// Words between blanks; in scripts without blanks each character is one, and so is each of the `signs` that are said by
+// their names. `words` are whole as they are, and what an entity stands for is never cut.
+std::vector<Token> tokens_of(const std::vector<Character>& text, const std::vector<Token>& words,
+                             const std::vector<Token>& signs) {
     const auto goes_on = [&](std::size_t at) {
         return at > 0 && at < text.size() && is_one_entity(text[at - 1], text[at]);
     };
     std::vector<Token> tokens;
     std::size_t first = 0;
     std::size_t word = 0;
+    std::size_t sign = 0;
     for (std::size_t i = 0; i < text.size();) {
         const char32_t c = text[i].code;
         const bool whole = word < words.size() && words[word].first == i;
-        const bool alone = is_unspaced(c) && !goes_on(i);
+        while (sign < signs.size() && signs[sign].first < i) ++sign;
+        const bool named = sign < signs.size() && signs[sign].first == i && !goes_on(i) && !goes_on(signs[sign].last);
+        const bool alone = named || (is_unspaced(c) && !goes_on(i));
         const bool parts = (is_blank(c) && !(goes_on(i) && goes_on(i + 1))) || c == object_character;
         if (!whole && !alone && !parts) {
             ++i;
@@ -118,6 +123,9 @@ std::vector<Token> tokens_of(const std::vector<Character>& text, const std::vect
         if (whole) {
             tokens.push_back(words[word]);
             first = words[word++].last;
+        } else if (named) {
+            tokens.push_back(signs[sign]);
+            first = signs[sign].last;
         } else if (alone) {
             while (first < text.size() && (is_combining(text[first].code) || goes_on(first))) ++first;
             tokens.push_back({static_cast<std::uint32_t>(i), static_cast<std::uint32_t>(first)});
@@ -132,13 +140,7 @@ std::vector<Token> tokens_of(const std::vector<Character>& text, const std::vect
 
 void SentenceCutter::add(Character character) {
     if (character.code >= first_to_compose && take_up(character)) return;
-    if (is_blank(character.code)) {
-        note_blank(character.code);
-        if (current_.text.empty() || is_blank(current_.text.back().code)) return;
-        if (too_long_before_blank()) return cut(false);
-        append(character);
-        return;
-    }
+    if (is_blank(character.code)) return add_blank(character);
     const bool inside = !current_.text.empty() && is_one_entity(current_.text.back(), character);
     if (!inside && ends_before(character.code))
         cut(true);
@@ -146,9 +148,37 @@ void SentenceCutter::add(Character character) {
         cut(false);
     append_blank_at_border(character);
     start_spans();
+    start_run();
+    append(character);
+}
+
+// Blanks between words are one; those that are spelled stay, each.
+void SentenceCutter::add_blank(Character character) {
+    note_blank(character.code);
+    const bool spelled = is_spelled(character.code);
+    if (!spelled && (current_.text.empty() || is_blank(current_.text.back().code))) {
+        // The blanks before it turn out to be layout as well.
+        if (layout_ && in_spelled_run()) current_.text.back().code = U'\n';
+        return;
+    }
+    if (!spelled && too_long_before_blank()) return cut(false);
+    if (spelled || in_spelled_run()) start_run();
+    append(character);
+    if (spelled && too_long_before_blank()) cut(false);
+}
+
+// Whether a blank that has been noted is said by its name.
+bool SentenceCutter::is_spelled(char32_t blank) const {
+    return attributes_.say_as == SayAs::characters && !layout_ && !is_layout(blank);
+}
+
+bool SentenceCutter::in_spelled_run() const {
+    return !current_.runs.empty() && current_.runs.back().attributes.say_as == SayAs::characters;
+}
+
+void SentenceCutter::start_run() {
     if (current_.runs.empty() || !(current_.runs.back().attributes == attributes_))
         current_.runs.push_back({static_cast<std::uint32_t>(current_.text.size()), attributes_});
-    append(character);
 }
 
 // True if nothing of the character is left to append. It may become another one.
@@ -167,7 +197,8 @@ bool SentenceCutter::take_up(Character& character) {
 }
 
 bool SentenceCutter::is_left_out(char32_t code) const {
-    if (attributes_.say_as != SayAs::text || !is_invisible(code)) return false;
+    const bool spelled = attributes_.say_as == SayAs::characters || attributes_.say_as == SayAs::digits;
+    if (spelled || !is_invisible(code)) return false;
     return current_.text.empty() || !is_invisible_but_read(code, current_.text.back().code);
 }
 
@@ -198,6 +229,7 @@ bool SentenceCutter::join(Character& character) {
 
 void SentenceCutter::note_blank(char32_t code) {
     blank_ = true;
+    layout_ |= is_layout(code);
     if (code == U'\n' || code == 0x2029) ++newlines_;
     if (code == 0x2029) ++newlines_;
 }
@@ -227,7 +259,7 @@ void SentenceCutter::append(Character character) {
     current_.text.push_back(character);
     border_ = false;
     if (is_blank(c)) {
-        current_.text.back().code = U' ';
+        current_.text.back().code = layout_ && in_spelled_run() ? U'\n' : U' ';
         return;
     }
     const End kind = is_full_stop(c)    ? End::full_stop
@@ -244,7 +276,7 @@ void SentenceCutter::append(Character character) {
     } else {
         end_ = End::none;
     }
-    blank_ = false;
+    blank_ = layout_ = false;
     newlines_ = 0;
 }
 
@@ -270,7 +302,15 @@ void SentenceCutter::add_pause(std::uint32_t milliseconds) {
     current_.anchors.push_back({Anchor::Kind::pause, position, milliseconds, {}});
 }
 
-void SentenceCutter::set_attributes(const Attributes& attributes) { attributes_ = attributes; }
+void SentenceCutter::set_attributes(const Attributes& attributes) {
+    attributes_ = attributes;
+    if (names_signs_ && attributes_.say_as != SayAs::characters) attributes_.say_as = SayAs::signs;
+}
+
+void SentenceCutter::name_signs() {
+    names_signs_ = true;
+    set_attributes(attributes_);
+}
 
 void SentenceCutter::set_language(std::string_view tag) {
     language_ = ascii_lower(tag.substr(0, tag.find_first_of("-_")));
@@ -371,21 +411,33 @@ void SentenceCutter::cut(bool next_begins) {
     next.begins = next_begins;
     current_.ends = next_begins;
     std::vector<Character>& text = current_.text;
-    while (!text.empty() && is_blank(text.back().code)) text.pop_back();
+    drop_blanks_at_end();
     auto& anchors = current_.anchors;
     const auto behind = std::find_if(anchors.begin(), anchors.end(),
                                      [&text](const Anchor& anchor) { return anchor.position >= text.size(); });
     next.anchors.assign(std::make_move_iterator(behind), std::make_move_iterator(anchors.end()));
     anchors.erase(behind, anchors.end());
     for (Anchor& anchor : next.anchors) anchor.position = 0;
-    current_.tokens = tokens_of(text, words_);
+    current_.signs = named_signs(text, current_.runs);
+    current_.tokens = tokens_of(text, words_, current_.signs);
     words_.clear();
     for (Span& span : spans_) span.broken |= span.started;
     ready_.push_back(std::move(current_));
     current_ = std::move(next);
     end_ = End::none;
-    closed_ = blank_ = border_ = false;
+    closed_ = blank_ = layout_ = border_ = false;
     newlines_ = 0;
+}
+
+// Those that are spelled are part of the sentence.
+void SentenceCutter::drop_blanks_at_end() {
+    std::vector<Character>& text = current_.text;
+    std::size_t end = text.size();
+    while (end > 0 && is_blank(text[end - 1].code)) --end;
+    const std::vector<Token> signs = named_signs(text, current_.runs);
+    const auto last = signs.empty() ? 0 : signs.back().last;
+    text.resize(std::max<std::size_t>(end, last));
+    while (!current_.runs.empty() && current_.runs.back().first >= text.size()) current_.runs.pop_back();
 }
 
 }  // namespace tts

@@ -22,7 +22,9 @@ struct Character {
 // A character of a sentence that stands for an element without text. Text never holds it: there it is a blank.
 constexpr char32_t object_character = 0xFFFC;
 
-enum class SayAs : std::uint8_t { text, characters, digits };
+// As words; character by character, signs and blanks included; signs by their names and the rest as words; digit by
+// digit.
+enum class SayAs : std::uint8_t { text, characters, signs, digits };
 
 // How text is to be spoken. Factors are relative to the voice.
 struct Attributes {
@@ -71,8 +73,9 @@ struct Sentence {
     std::vector<Spoken> spoken;   // in order, apart from each other
     std::vector<Anchor> anchors;  // by position
     std::vector<Token> tokens;
-    bool begins = true;  // false for what goes on with a sentence that was too long for one piece
-    bool ends = true;    // false if the next piece goes on with it
+    std::vector<Token> signs;  // the characters that are said by their names, in order
+    bool begins = true;        // false for what goes on with a sentence that was too long for one piece
+    bool ends = true;          // false if the next piece goes on with it
     bool has_text() const { return !text.empty(); }
 };
 
@@ -95,6 +98,7 @@ public:
     void add_mark(std::string name);
     void add_pause(std::uint32_t milliseconds);
     void set_attributes(const Attributes& attributes);
+    void name_signs();  // signs are said by their names wherever they are, from the document's start on
     void set_language(std::string_view tag);  // of what comes, for its abbreviations; English at the start
     void end_word();                          // a fragment's border: what follows is another word
     void end_sentence();                      // the document says that a sentence ends here
@@ -130,7 +134,12 @@ private:
         std::uint32_t first;
     };
 
+    void add_blank(Character character);
     void note_blank(char32_t code);
+    bool is_spelled(char32_t blank) const;
+    bool in_spelled_run() const;
+    void start_run();
+    void drop_blanks_at_end();
     bool in_span() const;
     void start_spans();
     bool ends_before(char32_t code) const;
@@ -148,11 +157,13 @@ private:
     std::string language_ = "en";
     std::deque<Sentence> ready_;
     std::vector<Span> spans_;
-    std::vector<Token> words_;     // the words that are set, by position
-    End end_ = End::none;          // what the text so far ends with, but for closing quotes and brackets
-    bool closed_ = false;          // closing quotes or brackets stand behind that end
-    bool blank_ = false;           // and blanks behind that
-    unsigned newlines_ = 0;        // how many of those are line ends
+    std::vector<Token> words_;  // the words that are set, by position
+    End end_ = End::none;       // what the text so far ends with, but for closing quotes and brackets
+    bool closed_ = false;       // closing quotes or brackets stand behind that end
+    bool blank_ = false;        // and blanks behind that
+    unsigned newlines_ = 0;     // how many of those are line ends
+    bool layout_ = false;       // one of those breaks lines or columns
+    bool names_signs_ = false;
     bool border_ = false;          // a word ends at a fragment's border
     std::uint32_t end_index_ = 0;  // where in the text the end's first character stands
 };

@@ -6,6 +6,7 @@
 
 #include "tts_engine/ascii.h"
 #include "tts_engine/characters.h"
+#include "tts_engine/signs.h"
 #include "tts_engine/visemes.h"
 
 namespace tts {
@@ -200,6 +201,12 @@ std::optional<Pronouncer::Said> Streamer::words(std::span<const std::string> wri
 }
 
 std::size_t Streamer::most_words() const { return voice_.lexicon ? voice_.lexicon->longest() : 0; }
+
+std::string Streamer::sign(std::u32string_view sign, std::uint16_t language) {
+    const std::string& voice = espeak_voice_of(language);
+    return say_sign(
+        sign, [&](const std::string& text) { return EspeakEngine::sign_name(voice, voice_.settings.variant, text); });
+}
 
 std::string Streamer::mnemonics(std::string_view ipa, std::uint16_t language) {
     return ipa_to_espeak(ipa, *EspeakEngine::ipa_table(espeak_voice_of(language)));

@@ -54,6 +54,7 @@ public:
 private:
     std::optional<Said> words(std::span<const std::string> written, std::uint16_t language) override;
     std::size_t most_words() const override;
+    std::string sign(std::u32string_view sign, std::uint16_t language) override;
     std::string mnemonics(std::string_view ipa, std::uint16_t language) override;
     tts_wave* next_record(std::uint32_t count);
     void begin_again();

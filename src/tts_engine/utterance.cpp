@@ -16,6 +16,9 @@ constexpr char command_start = '\x01';
 constexpr int spell_characters = 0x12;
 constexpr int spell_digits = 0x41;
 
+// espeak-ng reads 800 bytes at once. What it cuts inside its brackets would be no pronunciation any more.
+constexpr std::size_t longest_clause = 600;
+
 // What espeak-ng is asked for, in words a minute. It goes up to 450, but above this its pauses shrink out of
 // proportion.
 constexpr double slowest = 80;
@@ -38,6 +41,7 @@ int say_as_of(SayAs say_as) {
         case SayAs::digits:
             return spell_digits;
         case SayAs::text:
+        case SayAs::signs:
             break;
     }
     return 0;
@@ -48,6 +52,7 @@ public:
     explicit Writer(Utterance& utterance) : utterance_(utterance) {}
 
     void put(char32_t code, std::uint32_t character) {
+        set(say_as_, wanted_say_as_, 'Y', character);
         // Control characters are espeak-ng's commands, and the private area holds its own codes.
         const bool reserved = is_blank(code) || code == object_character || (code >= 0xE000 && code <= 0xF8FF) ||
                               code == 0x7F || code > 0x10FFFF;
@@ -58,7 +63,8 @@ public:
     }
 
     void change(const Attributes& attributes, std::uint32_t character) {
-        set(say_as_, say_as_of(attributes.say_as), 'Y', character);
+        wanted_say_as_ = say_as_of(attributes.say_as);
+        set(say_as_, wanted_say_as_, 'Y', character);
         auto& pitches = utterance_.pitches;
         const PitchChange change{static_cast<std::uint32_t>(utterance_.source.size()), attributes.pitch,
                                  attributes.range};
@@ -77,10 +83,12 @@ public:
         for (std::size_t i = 0; i < codes.size(); ++i) put(codes[i], source_of(spoken, i, codes.size()));
     }
 
-    // A pronunciation by its mnemonics, which are ASCII.
+    // A pronunciation by its mnemonics, which are ASCII. Where espeak-ng spells, it knows none.
     void put_phonemes(const std::string& mnemonics, const Spoken& spoken) {
-        if (!utterance_.text.empty() && utterance_.text.back() != ' ') put(U' ', spoken.first);
         const std::string command = "[[" + mnemonics + "]]";
+        if (utterance_.text.size() + command.size() > clause_ + longest_clause) end_clause(spoken.first);
+        set(say_as_, 0, 'Y', spoken.first);
+        if (!utterance_.text.empty() && utterance_.text.back() != ' ') put_plain(' ', spoken.first);
         utterance_.text += command;
         for (std::size_t i = 0; i < command.size(); ++i)
             utterance_.source.push_back(source_of(spoken, i, command.size()));
@@ -88,6 +96,19 @@ public:
     }
 
 private:
+    void put_plain(char sign, std::uint32_t character) {
+        utterance_.text += sign;
+        utterance_.source.push_back(character);
+    }
+
+    void end_clause(std::uint32_t character) {
+        if (utterance_.source.empty()) return;
+        set(say_as_, 0, 'Y', character);
+        put_plain(',', utterance_.source.back());
+        put_plain(' ', utterance_.source.back());
+        clause_ = utterance_.text.size();
+    }
+
     static std::uint32_t source_of(const Spoken& spoken, std::size_t index, std::size_t size) {
         return spoken.first + static_cast<std::uint32_t>(index * (spoken.last - spoken.first) / size);
     }
@@ -102,6 +123,8 @@ private:
 
     Utterance& utterance_;
     int say_as_ = 0;
+    int wanted_say_as_ = 0;
+    std::size_t clause_ = 0;  // where in the text the last clause begins that was ended here
 };
 
 std::size_t run_at(const Sentence& sentence, std::uint32_t character) {
@@ -147,11 +170,13 @@ public:
         run_ = run_at(sentence_, first);
         while (spoken_ < sentence_.spoken.size() && sentence_.spoken[spoken_].first < first) ++spoken_;
         while (token_ < sentence_.tokens.size() && sentence_.tokens[token_].first < first) ++token_;
+        while (sign_ < sentence_.signs.size() && sentence_.signs[sign_].first < first) ++sign_;
         writer_.change(attributes(), first);
         for (std::uint32_t i = first; i < last;) {
             while (run_ + 1 < sentence_.runs.size() && sentence_.runs[run_ + 1].first <= i)
                 writer_.change(sentence_.runs[++run_].attributes, i);
-            const std::uint32_t next = instead(i, last);
+            std::uint32_t next = instead(i, last);
+            if (next == i) next = name(i, last);
             if (next == i) writer_.put(sentence_.text[i].code, i);
             i = std::max(next, i + 1);
         }
@@ -173,7 +198,9 @@ private:
         }
         if (token_ == sentence_.tokens.size() || sentence_.tokens[token_].first != at) return at;
         const std::size_t first = token_++;
-        if (attributes().say_as != SayAs::text || pronouncer_.most_words() == 0) return at;
+        if (attributes().say_as == SayAs::characters || attributes().say_as == SayAs::digits ||
+            pronouncer_.most_words() == 0)
+            return at;
         const std::vector<std::string> written = words_from(first, limit);
         const auto said = pronouncer_.words(written, attributes().language);
         if (!said) return at;
@@ -181,6 +208,19 @@ private:
         if (!say({said->kind, at, last, said->text})) return at;
         token_ = first + said->count;
         return last;
+    }
+
+    // Says the name of the sign at `at` and returns the first character after it; `at` if there is none.
+    std::uint32_t name(std::uint32_t at, std::uint32_t limit) {
+        const auto& signs = sentence_.signs;
+        while (sign_ < signs.size() && signs[sign_].first < at) ++sign_;
+        if (sign_ == signs.size() || signs[sign_].first != at || signs[sign_].last > limit) return at;
+        std::u32string sign;
+        for (std::uint32_t i = at; i < signs[sign_].last; ++i) sign.push_back(sentence_.text[i].code);
+        const std::string mnemonics = pronouncer_.sign(sign, attributes().language);
+        if (mnemonics.empty()) return at;
+        writer_.put_phonemes(mnemonics, {Spoken::Kind::ipa, at, signs[sign_].last, {}});
+        return signs[sign_].last;
     }
 
     // The word `first` and those behind it that the same is said of: up to the next border of attributes, or of what is
@@ -221,7 +261,14 @@ private:
     std::size_t run_ = 0;
     std::size_t spoken_ = 0;
     std::size_t token_ = 0;
+    std::size_t sign_ = 0;
 };
+
+// Whether a character, which is a blank, is said by its name.
+bool is_named(const Sentence& sentence, std::uint32_t at) {
+    return std::binary_search(sentence.signs.begin(), sentence.signs.end(), Token{at, at + 1},
+                              [](const Token& one, const Token& other) { return one.first < other.first; });
+}
 
 }  // namespace
 
@@ -229,8 +276,9 @@ Utterance make_utterance(const Sentence& sentence, std::uint32_t first, std::uin
                          Pronouncer& pronouncer) {
     Utterance utterance;
     const auto& text = sentence.text;
-    while (first < last && is_blank(text[first].code)) ++first;
-    while (last > first && is_blank(text[last - 1].code)) --last;
+    const auto is_silent = [&](std::uint32_t at) { return is_blank(text[at].code) && !is_named(sentence, at); };
+    while (first < last && is_silent(first)) ++first;
+    while (last > first && is_silent(last - 1)) --last;
     if (first == last) return utterance;
     utterance.text.reserve(last - first + 16);
     utterance.source.reserve(last - first + 16);

@@ -41,6 +41,9 @@ public:
     // 0 if there is nothing to ask for.
     virtual std::size_t most_words() const = 0;
 
+    // How a sign (signs.h) is said, by espeak-ng's mnemonics; empty if the voice cannot say it.
+    virtual std::string sign(std::u32string_view sign, std::uint16_t language) = 0;
+
     // IPA by espeak-ng's mnemonics; empty if nothing of it can be said.
     virtual std::string mnemonics(std::string_view ipa, std::uint16_t language) = 0;
 };

@@ -52,6 +52,8 @@ const char* first_shape(std::string_view& ipa) {
 
 const char* viseme_of(std::string_view ipa) {
     if (ipa.empty()) return "sil";
+    // espeak-ng reports a change to the phonemes of another language as a phoneme: "(en)".
+    if (ipa[0] == '(') return nullptr;
     const char* label = first_shape(ipa);
     if (label == nullptr || *label != 't') return label;
     // A stop with a hushing release is one sound.

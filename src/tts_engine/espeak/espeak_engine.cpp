@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "tts_engine/ascii.h"
+#include "tts_engine/espeak/espeak_signs.h"
 #include "tts_engine/espeak/espeak_stepper.h"
 #include "tts_engine/espeak/voice_table.h"
 #include "tts_engine/file_names.h"
@@ -37,6 +38,7 @@ struct State {
     VoiceTable voices;
     std::map<std::string, bool, std::less<>> speakable;               // by voice: whether its dictionary is there
     std::map<std::string, std::shared_ptr<const IpaTable>> phonemes;  // by voice
+    std::map<std::string, std::string> signs;                         // voice and sign to name
 };
 
 // Never destroyed: a host's threads may still speak while the process ends.
@@ -139,6 +141,7 @@ void read_data(State& engine, const std::string& lib_path, const std::filesystem
     engine.voices = std::move(voices);
     engine.speakable.clear();
     engine.phonemes.clear();
+    engine.signs.clear();
 }
 
 }  // namespace
@@ -285,6 +288,22 @@ void EspeakEngine::load_voice(const std::string& language, const std::string& va
     std::lock_guard<std::mutex> guard(engine.lock);
     Generation::finish_work();
     set_voice(engine, language, variant);
+}
+
+std::string EspeakEngine::sign_name(const std::string& language, const std::string& variant, const std::string& sign) {
+    State& engine = state();
+    std::lock_guard<std::mutex> guard(engine.lock);
+    const std::string key = language + '\n' + sign;
+    const auto known = engine.signs.find(key);
+    if (known != engine.signs.end()) return known->second;
+    Generation::finish_work();
+    set_voice(engine, language, variant);
+    char name[1000];
+    std::size_t size = espeak_signs_name(sign.c_str(), 0, name, sizeof name);
+    if (size == 0) size = espeak_signs_name(sign.c_str(), 1, name, sizeof name);
+    // A hostile document must not fill the memory with signs.
+    if (engine.signs.size() > 4000) engine.signs.clear();
+    return engine.signs[key] = std::string(name, size);
 }
 
 double EspeakEngine::middle_pitch(const std::string& language, const std::string& variant, int pitch, int range) {

@@ -109,6 +109,11 @@ public:
     // espeak-ng cannot load the voice.
     static std::shared_ptr<const IpaTable> ipa_table(const std::string& language);
 
+    // How a voice names a sign, one or more characters of UTF-8: phonemes by their mnemonics, for text between [[ and
+    // ]]. It is the name in the voice's language, else the English one, said by English phonemes; empty if there is
+    // none. Names are kept. Throws as load_voice.
+    static std::string sign_name(const std::string& language, const std::string& variant, const std::string& sign);
+
     // The middle of the melody of a voice, with a pitch and a range as SpeechRequest's, in Hz. Throws as load_voice.
     static double middle_pitch(const std::string& language, const std::string& variant, int pitch, int range);
 
