@@ -55,10 +55,12 @@ void Document::rewind() {
 }
 
 bool Document::next(Sentence& sentence) {
-    if (!read_sentence(sentence)) return false;
-    if (signs_ != Signs::unknown || !sentence.has_text()) return true;
-    signs_ = is_of_signs(sentence) ? Signs::named : Signs::punctuation;
-    if (signs_ == Signs::punctuation) return true;
+    const bool found = read_sentence(sentence);
+    if (signs_ != Signs::unknown) return found;
+    // Without text there may still be signs that part words.
+    const bool named = !found || !sentence.has_text() || is_of_signs(sentence);
+    signs_ = named ? Signs::named : Signs::punctuation;
+    if (!named) return true;
     rewind();
     return read_sentence(sentence);
 }

@@ -140,7 +140,7 @@ std::vector<Token> tokens_of(const std::vector<Character>& text, const std::vect
 
 void SentenceCutter::add(Character character) {
     if (character.code >= first_to_compose && take_up(character)) return;
-    if (is_blank(character.code)) return add_blank(character);
+    if (is_gap(character.code)) return add_blank(character);
     const bool inside = !current_.text.empty() && is_one_entity(current_.text.back(), character);
     if (!inside && ends_before(character.code))
         cut(true);
@@ -165,6 +165,12 @@ void SentenceCutter::add_blank(Character character) {
     if (spelled || in_spelled_run()) start_run();
     append(character);
     if (spelled && too_long_before_blank()) cut(false);
+}
+
+// Whether a character parts words and nothing more. Where signs are said, those that part words are said too.
+bool SentenceCutter::is_gap(char32_t code) const {
+    const bool says_signs = attributes_.say_as == SayAs::characters || attributes_.say_as == SayAs::signs;
+    return is_blank(code) && !(says_signs && is_sign(code));
 }
 
 // Whether a blank that has been noted is said by its name.
@@ -258,7 +264,7 @@ void SentenceCutter::append(Character character) {
     const auto index = static_cast<std::uint32_t>(current_.text.size());
     current_.text.push_back(character);
     border_ = false;
-    if (is_blank(c)) {
+    if (is_gap(c)) {
         current_.text.back().code = layout_ && in_spelled_run() ? U'\n' : U' ';
         return;
     }

@@ -136,6 +136,7 @@ private:
 
     void add_blank(Character character);
     void note_blank(char32_t code);
+    bool is_gap(char32_t code) const;
     bool is_spelled(char32_t blank) const;
     bool in_spelled_run() const;
     void start_run();

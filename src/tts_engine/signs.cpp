@@ -35,7 +35,8 @@ std::size_t add_blanks(const std::vector<Character>& text, std::size_t first, st
                        std::vector<Token>& signs) {
     std::size_t end = first;
     bool layout = false;
-    for (; end < last && is_blank(text[end].code); ++end) layout |= is_layout(text[end].code);
+    for (; end < last && is_blank(text[end].code) && !is_sign(text[end].code); ++end)
+        layout |= is_layout(text[end].code);
     for (std::size_t i = first; i < end && !layout; ++i)
         if (text[i].begin < text[i].end)
             signs.push_back({static_cast<std::uint32_t>(i), static_cast<std::uint32_t>(i + 1)});
@@ -45,12 +46,12 @@ std::size_t add_blanks(const std::vector<Character>& text, std::size_t first, st
 void add_signs(const std::vector<Character>& text, std::size_t first, std::size_t last, bool blanks,
                std::vector<Token>& signs) {
     for (std::size_t i = first; i < last;) {
-        if (blanks && is_blank(text[i].code)) {
-            i = add_blanks(text, i, last, signs);
-        } else if (is_sign(text[i].code)) {
+        if (is_sign(text[i].code)) {
             const std::size_t end = std::min(end_of_sign(text, i), last);
             signs.push_back({static_cast<std::uint32_t>(i), static_cast<std::uint32_t>(end)});
             i = end;
+        } else if (blanks && is_blank(text[i].code)) {
+            i = add_blanks(text, i, last, signs);
         } else {
             ++i;
         }
@@ -131,7 +132,7 @@ std::vector<Token> named_signs(const std::vector<Character>& text, const std::ve
 }
 
 std::string say_sign(std::u32string_view sign, const SignName& name) {
-    if (!sign.empty() && is_blank(sign.front())) return say_part(U' ', name);
+    if (!sign.empty() && !is_sign(sign.front())) return say_part(U' ', name);
     std::string whole;
     for (const char32_t c : sign)
         if (!is_variation(c)) append_utf8(whole, c);
