@@ -61,6 +61,16 @@ TEST(Listening, finds_a_late_word) {
     EXPECT_NE(result.examples[0].find("is 80 ms too late"), std::string::npos) << result.examples[0];
 }
 
+// By more than the 60 ms of a character.
+TEST(Listening, finds_a_late_character_of_han) {
+    const EngineFunctions& engine = planted_engine({Fault::fourth_word_late});
+    const ListenedVoice voice(engine, "", "tones-22i");
+    const Result result = measure_word_times({engine, "", "", voice, "zh", "人間自由尊厳。", {}, 4});
+    EXPECT_EQ(result.checked, 6u);
+    ASSERT_EQ(result.faults, 1u);
+    EXPECT_EQ(result.examples[0], "\"由\" is 80 ms too late in \"人間自由尊厳。\"");
+}
+
 TEST(Listening, finds_an_early_word) {
     expect_found(measure_word_times, Fault::fourth_word_early, "is 80 ms too early");
 }

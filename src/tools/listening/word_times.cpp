@@ -12,6 +12,7 @@
 // before it.
 #include <algorithm>
 #include <map>
+#include <optional>
 
 #include "tools/listening/measurements.h"
 #include "tools/listening/sound.h"
@@ -115,17 +116,33 @@ std::vector<std::size_t> partings_of(const Subject& subject, const Spoken& spoke
     return partings;
 }
 
+// The letter after the first one of the word. After a character of Han or kana it is the next word's, or, at the end of
+// a clause, an empty place.
+struct Letter {
+    std::size_t at, size;  // bytes of the sentence
+};
+
+std::optional<Letter> second_letter(const std::string& sentence, const Token& word) {
+    const std::vector<std::string> letters = characters_of(word.text);
+    if (letters.size() > 1) return Letter{word.begin + letters[0].size(), letters[1].size()};
+    const char32_t c = code_of(word.text);
+    if (!is_han(c) && !is_kana(c)) return std::nullopt;
+    const std::vector<std::string> after = characters_of(std::string_view(sentence).substr(word.end));
+    const bool ends = after.empty() || is_punctuation(code_of(after[0])) || is_blank(code_of(after[0]));
+    return Letter{word.end, ends ? 0 : after[0].size()};
+}
+
 // Whether the event is before the sound of the second letter, as far as that can be found.
 bool is_doubtful(const Subject& subject, const Spoken& spoken, const std::string& sentence, const Token& word,
                  const std::vector<Substitute>& substitutes, std::size_t event) {
-    const std::vector<std::string> letters = characters_of(word.text);
-    if (letters.size() < 2) return false;
+    const std::optional<Letter> second = second_letter(sentence, word);
+    if (!second) return false;
     std::vector<std::size_t> partings;
     for (const Substitute& other : substitutes) {
         if (partings.size() == least_tried) break;
-        if (other.for_word || other.text == letters[1]) continue;
+        if (other.for_word || sentence.compare(second->at, second->size, other.text) == 0) continue;
         std::string changed = sentence;
-        changed.replace(word.begin + letters[0].size(), letters[1].size(), other.text);
+        changed.replace(second->at, second->size, other.text);
         partings.push_back(parting(subject, spoken, changed));
     }
     return !partings.empty() && event <= *std::max_element(partings.begin(), partings.end());
