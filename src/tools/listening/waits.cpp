@@ -1,5 +1,6 @@
 // How long first samples take, in processor time, and next to another voice in time by the clock. See measurements.h.
 // The figures depend on the machine, so there are no faults; what is compared is the first time with later ones.
+// Windows has no processor time that is fine enough: std::clock is the time by the clock there.
 #include <algorithm>
 #include <atomic>
 #include <chrono>

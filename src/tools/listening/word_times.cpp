@@ -3,11 +3,15 @@
 // The begin of a word's sound is found without the synthesiser's bookkeeping. The sentence is spoken again with another
 // letter at the start of the word, or another word in its place, and the samples of the two part where the word begins
 // to sound. They may part earlier: the vowel before is shorter before a voiced consonant, the tongue moves to its next
-// place, the word before is joined to a vowel. Or later: both begin with a closed mouth, or with the same sound in
-// other letters. So several are tried. The begin is between the first parting and the last but one; the last may be a
-// letter that sounds the same. An event is late if it is after that, early if it is before the first, by more than the
-// tolerance. What seems to be late is tried with more letters, of which one is made at the same place of the mouth. So
-// a fault is hardly ever reported where there is none, while a small one may be missed. Where nothing changes the
+// place, the word before is joined to a vowel. Or later: both begin with a closed mouth. So several are tried, and the
+// begin is between the first parting and the last. An event is late if it is after the last, early if it is before the
+// first, by more than the tolerance.
+//
+// What seems to be late is tried with more letters and words, of which one is made at the same place of the mouth, or
+// has the same short rest before it. At last other letters are tried after the first one, which stays: those samples
+// part after the begin in any case. An event between the two kinds of parting is doubtful: the first letter may change
+// the sound before it, as in Finnish "-n p-", which is spoken "mp", and the second character of a Chinese word the
+// first one. So no fault is reported where there is none, while a small one may be missed. Where nothing changes the
 // sound, the time cannot be measured. The melody is made flat, because in a sentence's melody each word changes those
 // before it.
 #include <algorithm>
