@@ -9,11 +9,14 @@
 #include "tts_engine/characters.h"
 #include "tts_engine/prosody.h"
 #include "tts_engine/say_as.h"
+#include "tts_engine/script_runs.h"
 
 namespace tts {
 namespace {
 
 constexpr std::size_t most_languages = 1000;
+constexpr std::size_t most_script_languages = 2000;  // with those
+constexpr std::uint16_t unknown = 0xFFFF;
 
 const std::string* find(const MarkupAttributes& attributes, std::string_view name) {
     for (const auto& attribute : attributes)
@@ -35,8 +38,11 @@ bool is_pitch_mark(const std::string& name) {
 
 }  // namespace
 
-Document::Document(std::string_view text, std::string voice_language, double voice_pitch)
-    : text_(text), voice_language_(std::move(voice_language)), voice_pitch_(voice_pitch) {
+Document::Document(std::string_view text, std::string voice_language, double voice_pitch, ScriptSettings scripts)
+    : text_(text),
+      voice_language_(std::move(voice_language)),
+      voice_pitch_(voice_pitch),
+      scripts_(voice_language_, std::move(scripts)) {
     rewind();
 }
 
@@ -89,6 +95,8 @@ bool Document::read_sentence(Sentence& sentence) {
     }
     sentence = std::move(cutter_.ready().front());
     cutter_.ready().pop_front();
+    split_by_script(sentence,
+                    [this](Script script, std::uint16_t language) { return script_language(script, language); });
     return true;
 }
 
@@ -157,8 +165,10 @@ void Document::end_element(std::string_view name) {
     apply_attributes();
 }
 
-const std::string& Document::language_in_force() const {
-    return attributes_.language == 0 ? voice_language_ : languages_[attributes_.language];
+const std::string& Document::language_in_force() const { return tag_of(attributes_.language); }
+
+const std::string& Document::tag_of(std::uint16_t language) const {
+    return language == 0 ? voice_language_ : languages_[language].tag;
 }
 
 void Document::apply_attributes() {
@@ -224,8 +234,21 @@ void Document::set_language(std::string_view tag) {
     }
     if (languages_.size() >= most_languages) return;
     attributes_.language = static_cast<std::uint16_t>(languages_.size());
-    languages_.push_back(key);
+    languages_.push_back({key, attributes_.language});
     language_numbers_.emplace(key, attributes_.language);
+}
+
+std::uint16_t Document::script_language(Script script, std::uint16_t language) {
+    while (script_numbers_.size() <= language) script_numbers_.emplace_back().fill(unknown);
+    const std::uint16_t known = script_numbers_[language][script];
+    return known != unknown ? known : script_numbers_[language][script] = new_script_language(script, language);
+}
+
+std::uint16_t Document::new_script_language(Script script, std::uint16_t language) {
+    const std::string_view tag = scripts_.language_for(script, tag_of(language));
+    if (tag.empty() || languages_.size() >= most_script_languages) return language;
+    languages_.push_back({std::string(tag), language});
+    return static_cast<std::uint16_t>(languages_.size() - 1);
 }
 
 void Document::set_prosody(const MarkupAttributes& attributes) {

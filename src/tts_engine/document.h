@@ -7,6 +7,9 @@
 // something else than its text (sub, phoneme, say-as) does so if it is closed by its own end tag; otherwise its text is
 // spoken as it is.
 //
+// Words of another script than the text's language are given the language of that script (scripts.h) when the sentence
+// is complete.
+//
 // Pitch comes twice for a host's fragment: as a mark "P" with tenths of an octave, which the caller applies to the
 // audio, and as `pitch` of a prosody element, which the document's writer makes for the same change. The second must
 // not be heard. What the writer would write follows from the mark and from what it wrote before, so a `pitch` that is
@@ -23,6 +26,7 @@
 #include <vector>
 
 #include "tts_engine/markup.h"
+#include "tts_engine/scripts.h"
 #include "tts_engine/sentence.h"
 
 namespace tts {
@@ -31,7 +35,8 @@ class Document final : private MarkupHandler {
 public:
     // `text` outlives the document. `voice_language` is the tag of what xml:lang does not name, and `voice_pitch` the
     // pitch in Hz that a pitch factor of 1 means.
-    explicit Document(std::string_view text, std::string voice_language = "en", double voice_pitch = 100);
+    explicit Document(std::string_view text, std::string voice_language = "en", double voice_pitch = 100,
+                      ScriptSettings scripts = {});
 
     // The next sentence, read as late as can be. False when there is none.
     bool next(Sentence& sentence);
@@ -40,7 +45,10 @@ public:
     void rewind();
 
     // The language tag that Attributes::language numbers; empty for 0.
-    const std::string& language(std::uint16_t number) const { return languages_[number]; }
+    const std::string& language(std::uint16_t number) const { return languages_[number].tag; }
+
+    // The language of the text around for one that a script brought; the language itself for others.
+    std::uint16_t language_around(std::uint16_t number) const { return languages_[number].around; }
 
 private:
     enum class Kind : std::uint8_t {
@@ -75,6 +83,12 @@ private:
     bool read_sentence(Sentence& sentence);
     bool is_of_signs(const Sentence& first) const;
 
+    struct Language {
+        std::string tag;
+        std::uint16_t around;
+    };
+    using ScriptNumbers = std::array<std::uint16_t, script_count>;
+
     static Kind kind_of(std::string_view name);
     static bool ends_sentence(Kind kind);
     static bool is_span(Kind kind);
@@ -86,6 +100,9 @@ private:
 
     void set_language(std::string_view tag);
     const std::string& language_in_force() const;
+    const std::string& tag_of(std::uint16_t language) const;
+    std::uint16_t script_language(Script script, std::uint16_t language);
+    std::uint16_t new_script_language(Script script, std::uint16_t language);
     void apply_attributes();
     void set_prosody(const MarkupAttributes& attributes);
     void set_emphasis(const MarkupAttributes& attributes);
@@ -113,8 +130,10 @@ private:
     enum class Signs : std::uint8_t { unknown, named, punctuation };
     Signs signs_ = Signs::unknown;  // whether there are no letters and digits, so that signs are said by their names
     std::uint32_t text_end_ = 0;    // where the last text that was read ends
-    std::vector<std::string> languages_{std::string()};
+    std::vector<Language> languages_{{std::string(), 0}};
     std::unordered_map<std::string, std::uint16_t> language_numbers_;
+    ScriptLanguages scripts_;
+    std::vector<ScriptNumbers> script_numbers_;  // by language; `unknown` where not looked for yet
 };
 
 }  // namespace tts

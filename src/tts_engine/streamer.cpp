@@ -34,7 +34,7 @@ bool is_pitch(const OutputEvent& event) {
 
 Streamer::Streamer(const StreamerVoice& voice, std::string_view text)
     : voice_(voice),
-      document_(text, voice.settings.language, voice.pitch_hz),
+      document_(text, voice.settings.language, voice.pitch_hz, voice.settings.scripts),
       output_(voice.rate),
       espeak_voices_{voice.espeak_voice} {}
 
@@ -185,6 +185,8 @@ void Streamer::start_speech(std::uint32_t end) {
     request.rate = utterance_.rate;
     request.pitch = voice_.settings.pitch;
     request.pitches = utterance_.pitches;
+    const float pitch = pitch_of(attributes.language);
+    for (PitchChange& change : request.pitches) change.factor *= pitch;
     request.range = voice_.settings.range;
     request.end_pause = false;  // finish_speech() makes the pause
     request.phonemes = utterance_.phonemes;
@@ -193,11 +195,17 @@ void Streamer::start_speech(std::uint32_t end) {
 }
 
 std::optional<Pronouncer::Said> Streamer::words(std::span<const std::string> written, std::uint16_t language) {
-    const std::string& tag = language == 0 ? voice_.settings.language : document_.language(language);
-    const Lexicon::Match match = voice_.lexicon->find(written, tag);
+    // A lexicon in the text's language may have words of other scripts.
+    const std::uint16_t around = document_.language_around(language);
+    Lexicon::Match match = voice_.lexicon->find(written, tag_of(around));
+    if (match.count == 0 && around != language) match = voice_.lexicon->find(written, tag_of(language));
     if (match.count == 0) return std::nullopt;
     const bool ipa = match.pronunciation->kind == Lexicon::Kind::ipa;
     return Said{match.count, ipa ? Spoken::Kind::ipa : Spoken::Kind::text, match.pronunciation->text};
+}
+
+const std::string& Streamer::tag_of(std::uint16_t language) const {
+    return language == 0 ? voice_.settings.language : document_.language(language);
 }
 
 std::size_t Streamer::most_words() const { return voice_.lexicon ? voice_.lexicon->longest() : 0; }
@@ -219,6 +227,18 @@ const std::string& Streamer::espeak_voice_of(std::uint16_t language) {
     found = EspeakEngine::find_language(document_.language(language), voice_.espeak_voice);
     if (found.empty()) found = voice_.espeak_voice;
     return found;
+}
+
+// Words of another script are spoken as high as the voice speaks, whatever is usual in their language.
+float Streamer::pitch_of(std::uint16_t language) {
+    const std::string& spoken = espeak_voice_of(language);
+    if (document_.language_around(language) == language || spoken == voice_.espeak_voice) return 1;
+    if (language >= pitches_.size()) pitches_.resize(language + std::size_t{1});
+    const VoiceSettings& own = voice_.settings;
+    if (pitches_[language] == 0)
+        pitches_[language] =
+            static_cast<float>(voice_.pitch_hz / EspeakEngine::middle_pitch(spoken, own.variant, own.pitch, own.range));
+    return pitches_[language];
 }
 
 bool Streamer::is_same_voice(std::uint16_t one, std::uint16_t other) {

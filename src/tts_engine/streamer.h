@@ -80,6 +80,8 @@ private:
     tts_wave* deliver_rest();
     std::size_t samples_before_new_pitch(std::size_t count) const;
     const std::string& espeak_voice_of(std::uint16_t language);
+    const std::string& tag_of(std::uint16_t language) const;
+    float pitch_of(std::uint16_t language);
     bool is_same_voice(std::uint16_t one, std::uint16_t other);
     bool skip_to(std::int64_t sentence, std::string pitch);
     void note_pitch_marks(std::size_t first_anchor, std::string& pitch) const;
@@ -118,6 +120,7 @@ private:
     const char* last_viseme_ = nullptr;
     std::string pitch_mark_;                  // the last one delivered
     std::vector<std::string> espeak_voices_;  // by language number; empty where not looked for yet
+    std::vector<float> pitches_;              // by language number: what its melody is multiplied by; 0 likewise
 };
 
 }  // namespace tts

@@ -270,6 +270,12 @@ bool is_named(const Sentence& sentence, std::uint32_t at) {
                               [](const Token& one, const Token& other) { return one.first < other.first; });
 }
 
+// Whether punctuation ends characters `first` to `last`. Quotes and brackets are none that espeak-ng hears.
+bool ends_clause(const std::vector<Character>& text, std::uint32_t first, std::uint32_t last) {
+    while (last > first && is_closing(text[last - 1].code)) --last;
+    return last > first && is_punctuation(text[last - 1].code) && !is_opening(text[last - 1].code);
+}
+
 }  // namespace
 
 Utterance make_utterance(const Sentence& sentence, std::uint32_t first, std::uint32_t last, const VoiceSettings& voice,
@@ -287,7 +293,7 @@ Utterance make_utterance(const Sentence& sentence, std::uint32_t first, std::uin
     reader.read(first, last);
     // What goes on later keeps its voice up.
     utterance.end_pause = last == text.size() && sentence.ends;
-    if (!utterance.end_pause && !is_punctuation(text[last - 1].code)) reader.put(U',', last - 1);
+    if (!utterance.end_pause && !ends_clause(text, first, last)) reader.put(U',', last - 1);
     // espeak-ng counts the place of a text's very last character one too low.
     reader.put(U' ', last - 1);
     return utterance;

@@ -1,6 +1,7 @@
 // Reading voice files. See voice_file.h.
 #include "tts_engine/voice_file.h"
 
+#include <algorithm>
 #include <charconv>
 #include <fstream>
 #include <iterator>
@@ -66,12 +67,36 @@ int number_in(const NumberKey& key, std::string_view value, const Place& place) 
     return number;
 }
 
+constexpr std::string_view script_prefix = "script-";
+
+void set_script(ScriptSettings& scripts, std::string_view code, std::string_view language, const Place& place) {
+    const auto* const found = std::find_if(std::begin(script_defaults), std::end(script_defaults),
+                                           [code](const ScriptDefault& one) { return one.code == code; });
+    if (found == std::end(script_defaults)) {
+        std::string known;
+        for (const ScriptDefault& script : script_defaults) known.append(known.empty() ? "" : ", ").append(script.code);
+        place.fail("unknown script " + quoted(code) + "; known are " + known);
+    }
+    if (!is_plain_name(language))
+        place.fail("the language of script " + std::string(code) + " is missing or no name: " + quoted(language));
+    scripts.languages.emplace(code, language);
+}
+
+void set_scripts(ScriptSettings& scripts, std::string_view value, const Place& place) {
+    if (value != "switch" && value != ScriptSettings::own)
+        place.fail("scripts must be \"switch\" or \"own\", not " + quoted(value));
+    scripts.others_spoken = value == "switch";
+}
+
 void set(VoiceSettings& settings, std::string_view key, std::string_view value, const Place& place) {
     if (key == "language" || key == "variant") {
         if (!is_plain_name(value)) place.fail(std::string(key) + " is missing or no name: " + quoted(value));
         (key == "language" ? settings.language : settings.variant) = value;
         return;
     }
+    if (key == "scripts") return set_scripts(settings.scripts, value, place);
+    if (key.starts_with(script_prefix))
+        return set_script(settings.scripts, key.substr(script_prefix.size()), value, place);
     for (const NumberKey& number_key : number_keys) {
         if (key != number_key.name) continue;
         settings.*number_key.field = number_in(number_key, value, place);
@@ -79,7 +104,7 @@ void set(VoiceSettings& settings, std::string_view key, std::string_view value, 
     }
     place.fail("unknown key " + quoted(key) +
                "; known are language, variant, rate, pitch, range, volume, "
-               "sentence-pause and comma-pause");
+               "sentence-pause, comma-pause, scripts and script-Xxxx");
 }
 
 }  // namespace

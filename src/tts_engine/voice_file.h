@@ -18,6 +18,9 @@
 //     sentence-pause  silence behind a sentence, in ms at the voice's own rate, 0 to 5000; 250
 //     comma-pause     behind , ; : and dashes where what espeak-ng gets at a time ends, likewise; 100
 //
+//     scripts          switch: words of another script are spoken with that script's language; own: by the voice;
+//     switch script-Cyrl ...  the language for one script, by its code of ISO 15924 (scripts.h has all), or own
+//
 // espeak-ng's own silence around each sentence is left out. A sentence that ends without punctuation has its pause only
 // if another follows. Faster speech has shorter pauses.
 //
@@ -26,6 +29,8 @@
 #define TTS_ENGINE_VOICE_FILE_H
 
 #include <string>
+
+#include "tts_engine/scripts.h"
 
 namespace tts {
 
@@ -38,6 +43,7 @@ struct VoiceSettings {
     int volume = 100;
     int sentence_pause = 250;
     int comma_pause = 100;
+    ScriptSettings scripts;
 };
 
 // Reads a voice file, named in UTF-8. Throws std::runtime_error that names file and line.

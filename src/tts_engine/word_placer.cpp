@@ -16,11 +16,19 @@ std::size_t tokens_up_to(const Sentence& sentence, std::uint32_t last) {
     return static_cast<std::size_t>(after - tokens.begin());
 }
 
+// How many tokens begin before character `last`.
+std::size_t tokens_begun_before(const Sentence& sentence, std::uint32_t last) {
+    const auto& tokens = sentence.tokens;
+    const auto next = std::lower_bound(tokens.begin(), tokens.end(), last,
+                                       [](const Token& token, std::uint32_t end) { return token.first < end; });
+    return static_cast<std::size_t>(next - tokens.begin());
+}
+
 }  // namespace
 
 void WordPlacer::start(const Sentence& sentence, std::uint32_t last) {
     sentence_ = &sentence;
-    limit_ = tokens_up_to(sentence, last);
+    limit_ = tokens_begun_before(sentence, last);
 }
 
 // A sound belongs to the token around its character, or to the one that its punctuation opens; else to the one before.

@@ -35,7 +35,7 @@ private:
 
     const Sentence* sentence_ = nullptr;
     std::size_t begun_ = 0;
-    std::size_t limit_ = 0;  // tokens of the sentence up to the part's end
+    std::size_t limit_ = 0;  // tokens of the sentence that begin before the part's end
 };
 
 }  // namespace tts
