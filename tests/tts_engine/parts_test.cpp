@@ -209,10 +209,9 @@ TEST(VoiceFile, keys_comments_and_blanks) {
 }
 
 TEST(VoiceFile, faults_are_told_with_their_line) {
-    EXPECT_EQ(
-        message_of("language = de\nspeed = 5"),
-        "file:2: unknown key \"speed\"; known are language, variant, rate, pitch, range, volume, sentence-pause, "
-        "comma-pause, scripts and script-Xxxx");
+    EXPECT_EQ(message_of("language = de\nspeed = 5"),
+              "file:2: unknown key \"speed\"; known are language, variant, rate, pitch, range, volume, sentence-pause, "
+              "comma-pause, scripts and script-Xxxx");
     EXPECT_EQ(message_of("language = de\n\nrate = 12x"), "file:3: rate must be a number from 80 to 450, not \"12x\"");
     EXPECT_EQ(message_of("language = de\nrate = 451"), "file:2: rate must be a number from 80 to 450, not \"451\"");
     EXPECT_EQ(message_of("what"), "file:1: expected \"key = value\", not \"what\"");
