@@ -13,6 +13,7 @@
 //
 //   - A grapheme may be several words, up to 32; the longest that fits is taken. Punctuation at both ends of words and
 //     the blanks between them do not count. A grapheme of punctuation alone matches nothing.
+//   - A grapheme of more than 2,000 bytes matches nothing; a pronunciation of more than 20,000 does not count.
 //   - Case does not count, but for lexemes, or all of a lexicon, marked case="exact" (urn:nelva:lexicon).
 //   - Of several lexemes with the same grapheme the first that fits counts.
 //   - Of several pronunciations of a lexeme, phonemes and aliases alike, the one marked prefer="true" counts, else the
@@ -27,21 +28,23 @@
 #define TTS_ENGINE_LEXICON_H
 
 #include <cstddef>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
+
+#include "tts_engine/string_table.h"
 
 namespace tts {
 
 class Lexicon {
 public:
-    enum class Kind { ipa, alias };
+    enum class Kind : std::uint8_t { ipa, alias };
 
     struct Pronunciation {
         Kind kind;
-        std::string text;
+        std::string_view text;  // holds as long as the lexicon
     };
 
     // What is said, and for how many words; count is 0 if there is nothing.
@@ -50,9 +53,12 @@ public:
         const Pronunciation* pronunciation = nullptr;
     };
 
-    // Adds a lexeme's graphemes. `language` may be empty; `exact` says that case counts.
-    void add(const std::vector<std::string>& graphemes, const Pronunciation& pronunciation, std::string_view language,
-             bool exact);
+    // Adds what is said for the graphemes that are added from now on, up to the next call.
+    void add_pronunciation(Kind kind, std::string_view text);
+
+    // Adds a grapheme. `language`, up to the first hyphen and in small letters, may be empty; `exact` says that case
+    // counts.
+    void add_grapheme(std::string_view grapheme, std::string_view language, bool exact);
 
     // What is said for the first of `words`, or for the first few of them; they are written in `language`.
     Match find(std::span<const std::string> words, std::string_view language) const;
@@ -61,25 +67,26 @@ public:
     std::size_t longest() const { return longest_; }
 
 private:
-    struct Entry {
-        std::string language;  // up to the first hyphen, in small letters
-        std::string exact;     // the words as written; empty if case does not count
-        Pronunciation pronunciation;
-    };
+    const Pronunciation* match(std::string_view written, std::string_view language) const;
 
-    const Pronunciation* match(const std::string& key, std::span<const std::string> words,
-                               std::string_view language) const;
-
-    std::unordered_map<std::string, std::vector<Entry>> entries_;  // by words in small letters
-    std::unordered_map<std::string, std::size_t> longest_from_;    // by first word: the most words of a grapheme
+    // An entry's key: the words in small letters, the language up to the first hyphen, and the words as written if case
+    // counts, with zeros between. Of equal ones the first counts.
+    StringTable entries_;
+    std::vector<std::uint32_t> said_;  // by entry: which pronunciation
+    std::vector<Pronunciation> pronunciations_;
+    StringArena texts_;                       // of the pronunciations
+    StringTable firsts_;                      // the first words of graphemes of several, in small letters
+    std::vector<std::uint8_t> longest_from_;  // by these: the most words of such a grapheme
     std::size_t longest_ = 0;
+    std::string key_;  // of the grapheme that is added
 };
 
-// The text of a lexicon's file, named in UTF-8, of at most 64 MB. Throws std::runtime_error that names the file.
-std::string read_lexicon_text(const std::string& name);
-
-// What the text says. Throws std::runtime_error that names `name` and the line.
+// What the text of a lexicon says. Throws std::runtime_error that names `name` and the line, also if it is larger than
+// what a lexicon may have (docs/voice-files.md): a file must not keep speech waiting for long.
 Lexicon parse_lexicon(std::string_view text, const std::string& name);
+
+// The most bytes that a lexicon's file may have.
+constexpr std::size_t largest_lexicon = std::size_t{24} << 20;
 
 }  // namespace tts
 

@@ -201,7 +201,7 @@ std::optional<Pronouncer::Said> Streamer::words(std::span<const std::string> wri
     if (match.count == 0 && around != language) match = voice_.lexicon->find(written, tag_of(language));
     if (match.count == 0) return std::nullopt;
     const bool ipa = match.pronunciation->kind == Lexicon::Kind::ipa;
-    return Said{match.count, ipa ? Spoken::Kind::ipa : Spoken::Kind::text, match.pronunciation->text};
+    return Said{match.count, ipa ? Spoken::Kind::ipa : Spoken::Kind::text, std::string(match.pronunciation->text)};
 }
 
 const std::string& Streamer::tag_of(std::uint16_t language) const {

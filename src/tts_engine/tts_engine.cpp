@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
-#include <functional>
 #include <limits>
 #include <mutex>
 #include <new>
@@ -16,7 +15,7 @@
 
 #include "tts_engine/espeak/espeak_engine.h"
 #include "tts_engine/handles.h"
-#include "tts_engine/lexicon.h"
+#include "tts_engine/lexicon_file.h"
 #include "tts_engine/streamer.h"
 #include "tts_engine/voice_file.h"
 #include "tts_engine/wave.h"
@@ -69,30 +68,20 @@ struct Voice {
         speech.lexicon.swap(lexicon);
     }
 
-    // What a lexicon's text says. A host has its lexicon loaded anew for each Speak, and in nearly all of them it is
-    // the text of the time before: that costs reading the file, and no more.
-    std::shared_ptr<const tts::Lexicon> lexicon_of(const std::string& text, const std::string& name) {
-        const std::size_t hash = std::hash<std::string_view>()(text);
+    // The file stays with the voice when its lexicon is dropped: a host does that before each text, and loads it again.
+    void load_lexicon(const std::string& name) {
+        const std::shared_ptr<tts::LexiconFile> file = tts::LexiconFile::of(name);
         {
             std::lock_guard<std::mutex> guard(lock);
-            if (last.lexicon && last.size == text.size() && last.hash == hash) return last.lexicon;
+            lexicon_file = file;
         }
-        auto lexicon = std::make_shared<const tts::Lexicon>(tts::parse_lexicon(text, name));
-        std::lock_guard<std::mutex> guard(lock);
-        last = {text.size(), hash, lexicon};
-        return lexicon;
+        set_lexicon(file->load());
     }
-
-    // The lexicon that was made last, and of which text.
-    struct LastLexicon {
-        std::size_t size = 0, hash = 0;
-        std::shared_ptr<const tts::Lexicon> lexicon;
-    };
 
     std::shared_ptr<Library> library;
     std::mutex lock;
     tts::StreamerVoice speech;
-    LastLexicon last;
+    std::shared_ptr<tts::LexiconFile> lexicon_file;  // the last one
 };
 
 // Up to this size a document is copied, since a caller may well pass a temporary string, and that costs nothing that
@@ -206,7 +195,7 @@ int32_t TTS_CALL tts_dict_load(tts_voice voice, const char* path) {
         const auto speaker = found<Voice>(voice, "voice");
         speaker->set_lexicon(nullptr);
         if (path == nullptr) throw std::runtime_error("there is no lexicon");
-        speaker->set_lexicon(speaker->lexicon_of(tts::read_lexicon_text(path), path));
+        speaker->load_lexicon(path);
         return 0;
     });
 }
