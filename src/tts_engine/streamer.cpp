@@ -84,6 +84,7 @@ tts_wave* Streamer::deliver(std::size_t count) {
     pitch_mark_ = std::move(pitch);
     events_.erase(events_.begin(), behind);
     heard_ = number_;
+    if (count > 0) awaited_ = false;
     output_.take(count);
     return wave;
 }
@@ -190,6 +191,7 @@ void Streamer::start_speech(std::uint32_t end) {
     request.range = voice_.settings.range;
     request.end_pause = false;  // finish_speech() makes the pause
     request.phonemes = utterance_.phonemes;
+    request.first = awaited_;
     generation_.start(std::move(request));
     speaking_ = true;
 }
@@ -419,6 +421,7 @@ bool Streamer::jump(std::int32_t count) {
     // What is begun, or behind, is read again from the document's start.
     const bool from_start = broken_ || goal <= number_ || ended_;
     broken_ = true;
+    awaited_ = true;
     std::string pitch = forget_output();
     if (from_start) {
         restart();

@@ -105,6 +105,7 @@ private:
     bool speaking_ = false;
     bool announced_ = false;  // the sentence's event is out
     bool ended_ = false;
+    bool awaited_ = true;             // somebody waits for the first sound, of all or after a jump
     bool broken_ = false;             // a call was left by an exception
     std::uint64_t silence_ = 0;       // of a pause still to come, in samples of espeak-ng's, as the next two
     std::uint64_t owed_silence_ = 0;  // that comes if another sentence does

@@ -80,6 +80,51 @@ TEST(Sharing, streamers_of_one_thread_take_turns_at_each_record) {
     }
 }
 
+// Each first sound takes espeak-ng away from the long sentence, at another place of it each time.
+TEST(Sharing, sentence_that_others_begin_to_speak_beside_sounds_as_alone) {
+    std::string text;
+    while (text.size() < 250) text += "one word and another, then ";
+    const std::string document = document_of(text + "<mark name=\"Bend\"/>the end.");
+    const std::string hello = document_of("<lang xml:lang=\"de\">Guten Tag.</lang> And hello.");
+    for (const char* name : {"en-us-22i", "fr-22i"}) {
+        const TestVoice voice(name), other("en-gb-22i");
+        const Speech alone = speak(voice, document);
+        const Speech alone_hello = speak(other, hello);
+        Speech heard;
+        tts_streamer streamer = tts_streamer_start(voice, document.c_str(), -1.0f);
+        for (int i = 0;; ++i) {
+            tts_wave* wave = tts_streamer_synth(streamer, 2205);
+            if (wave == nullptr) break;
+            take_record(heard, *wave, document, 2205);
+            tts_wave_delete(wave);
+            const bool same = i % 13 != 0 || speak(other, hello) == alone_hello;
+            EXPECT_TRUE(same) << i;
+        }
+        EXPECT_EQ(tts_streamer_stop(streamer), 0);
+        EXPECT_TRUE(heard.samples == alone.samples) << name;
+        EXPECT_EQ(heard.events, alone.events) << name;
+    }
+}
+
+TEST(Sharing, first_sounds_of_many_threads_leave_all_speech_as_it_is) {
+    const std::string long_document =
+        document_of("This sentence has some words, and others, and a few more of them yet.");
+    const std::string hello = document_of("Hello.");
+    const TestVoice voice;
+    const Speech alone = speak(voice, long_document), alone_hello = speak(voice, hello);
+    std::vector<std::thread> threads;
+    std::vector<int> wrong(8);
+    for (std::size_t i = 0; i < wrong.size(); ++i) {
+        threads.emplace_back([&, i] {
+            const TestVoice own;
+            for (int k = 0; k < 6; ++k)
+                wrong[i] += i % 2 == 0 ? !(speak(own, long_document) == alone) : !(speak(own, hello) == alone_hello);
+        });
+    }
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(wrong, std::vector<int>(8));
+}
+
 TEST(Sharing, same_document_sounds_the_same_whatever_came_before) {
     const TestVoice voice;
     const std::string document = document_of("This sentence is spoken twice, with others between.");

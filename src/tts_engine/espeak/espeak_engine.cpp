@@ -2,7 +2,9 @@
 #include "tts_engine/espeak/espeak_engine.h"
 
 #include <algorithm>
+#include <atomic>
 #include <clocale>
+#include <condition_variable>
 #include <cstdio>
 #include <exception>
 #include <filesystem>
@@ -26,9 +28,17 @@ namespace {
 
 constexpr std::size_t samples_per_drain_step = 4096;
 
+// What a piece gets that makes room for a first sound: a second.
+constexpr std::size_t samples_for_leaving = 22050;
+
+// A first sound has been heard when its owner has so much of it.
+constexpr std::uint64_t first_samples = 4096;
+
 // All of this is used under the lock.
 struct State {
     std::mutex lock;
+    std::atomic<unsigned> waiting_first = 0;  // who waits for the lock and has somebody waiting for a sound
+    std::condition_variable none_first;
     unsigned users = 0;    // voices
     unsigned keepers = 0;  // who else keeps the data
     std::string data;      // the folder that was read; empty if none is
@@ -50,12 +60,15 @@ State& state() {
 struct Collector {
     std::vector<SpeechEvent>* events;
     std::uint64_t base;
+    std::size_t known = 0;  // events that the owner has already
+    std::size_t count = 0;
     bool lost = false;  // an event found no memory
 };
 
 // Called from C code: nothing may be thrown through it.
 void collect(void* context, const espeak_stepper_event* event) noexcept {
     auto* collector = static_cast<Collector*>(context);
+    if (++collector->count <= collector->known) return;
     SpeechEvent result{};
     result.kind = static_cast<SpeechEvent::Kind>(event->type);
     result.position = event->position == 0 ? 0 : event->position - 1;
@@ -205,67 +218,135 @@ bool EspeakEngine::has_variant(const std::string& name) {
     return std::filesystem::is_regular_file(path_of_native(engine.data) / "voices" / "!v" / path_of(name), ignored);
 }
 
+// The lock around espeak-ng, held by one thread. Those who come for a first sound have it before all others.
+class Generation::Turn {
+public:
+    explicit Turn(bool first) : first_(first) {
+        State& engine = state();
+        if (first_) ++engine.waiting_first;
+        guard_ = std::unique_lock<std::mutex>(engine.lock);
+        if (!first_)
+            give_way();
+        else if (--engine.waiting_first == 0)
+            engine.none_first.notify_all();
+    }
+
+    bool is_first() const { return first_; }
+
+    // Lets those go on who wait for a first sound. The piece in work may be another one afterwards, or none.
+    void give_way() {
+        State& engine = state();
+        if (!first_) engine.none_first.wait(guard_, [&engine] { return engine.waiting_first == 0; });
+    }
+
+private:
+    const bool first_;
+    std::unique_lock<std::mutex> guard_;
+};
+
 Generation::~Generation() { stop(); }
 
 void Generation::stop() {
-    State& engine = state();
-    std::lock_guard<std::mutex> guard(engine.lock);
+    const Turn turn(true);
+    leave();
     samples_.clear();
     events_.clear();
-    in_work_ = lost_ = false;
+    unfinished_ = lost_ = false;
+}
+
+bool Generation::is_first() const { return request_.first && taken_ < first_samples; }
+
+// The text is in espeak-ng no more.
+void Generation::leave() {
+    State& engine = state();
     if (engine.in_work != this) return;
     drop_text();
     engine.in_work = nullptr;
 }
 
-namespace {
+// Takes the text to espeak-ng, where no piece is in work.
+void Generation::begin() {
+    State& engine = state();
+    set_voice(engine, request_.language, request_.variant);
+    const espeak_stepper_settings settings = {request_.rate,   request_.pitch,     request_.range,   pitches_.data(),
+                                              pitches_.size(), request_.end_pause, request_.phonemes};
+    position_ = position_events_ = 0;
+    if (espeak_stepper_begin(request_.text.c_str(), &settings) != 0)
+        throw std::runtime_error("espeak-ng does not take the text");
+    engine.in_work = this;
+}
 
-// One step of the piece in work, appended to its buffers.
-void step(State& engine, std::vector<std::int16_t>& samples, std::vector<SpeechEvent>& events, std::uint64_t& produced,
-          std::size_t count, bool& in_work) {
-    const std::size_t before = samples.size();
-    samples.resize(before + count);
-    Collector collector{&events, produced};
+// One step of this piece, which is in work. What the owner does not have yet comes to its buffers.
+void Generation::advance(std::size_t count) {
+    State& engine = state();
+    const std::size_t before = samples_.size();
+    samples_.resize(before + count);
+    Collector collector{&events_, position_, produced_events_ - std::min(produced_events_, position_events_)};
     int done = 0;
-    const std::size_t made = espeak_stepper_fill(samples.data() + before, count, collect, &collector, &done);
-    samples.resize(before + made);
-    produced += made;
+    const std::size_t made = espeak_stepper_fill(samples_.data() + before, count, collect, &collector, &done);
+    const auto known =
+        static_cast<std::size_t>(std::min<std::uint64_t>(made, produced_ - std::min(produced_, position_)));
+    const auto first = samples_.begin() + static_cast<std::ptrdiff_t>(before);
+    std::copy(first + static_cast<std::ptrdiff_t>(known), first + static_cast<std::ptrdiff_t>(made), first);
+    samples_.resize(before + made - known);
+    position_ += made;
+    position_events_ += collector.count;
+    produced_ = std::max(produced_, position_);
+    produced_events_ = std::max(produced_events_, position_events_);
     if (done) {
-        in_work = false;
+        unfinished_ = false;
         engine.in_work = nullptr;
     }
     if (collector.lost) throw std::bad_alloc();
 }
 
-}  // namespace
-
-// Brings the piece in work to its end, whoever owns it. Called under the lock.
-void Generation::finish_work() {
+// Moves the piece in work on, whoever owns it.
+void Generation::advance_piece_in_work(std::size_t count) {
     State& engine = state();
-    while (Generation* other = engine.in_work) {
-        try {
-            step(engine, other->samples_, other->events_, other->produced_, samples_per_drain_step, other->in_work_);
-        } catch (const std::bad_alloc&) {
-            // It is told to the owner, who is not the one that called here.
-            if (engine.in_work != nullptr) drop_text();
-            other->in_work_ = false;
-            other->lost_ = true;
-            engine.in_work = nullptr;
-        }
+    Generation& owner = *engine.in_work;
+    try {
+        owner.advance(count);
+    } catch (const std::bad_alloc&) {
+        // It is told to the owner, who is not the one that called here.
+        owner.leave();
+        owner.unfinished_ = false;
+        owner.lost_ = true;
     }
+}
+
+// Leaves espeak-ng without a piece in work.
+void Generation::make_room(Turn& turn) {
+    State& engine = state();
+    if (turn.is_first()) {
+        for (std::size_t made = 0; engine.in_work != nullptr && made < samples_for_leaving;
+             made += samples_per_drain_step)
+            advance_piece_in_work(samples_per_drain_step);
+        if (engine.in_work != nullptr) engine.in_work->leave();
+        return;
+    }
+    while (engine.in_work != nullptr) {
+        advance_piece_in_work(samples_per_drain_step);
+        turn.give_way();
+    }
+}
+
+// Sets a voice, for which there must be room if it is another one.
+void EspeakEngine::use_voice(Generation::Turn& turn, const std::string& language, const std::string& variant) {
+    State& engine = state();
+    if (engine.language != language || engine.variant != variant) Generation::make_room(turn);
+    set_voice(engine, language, variant);
 }
 
 // Not every voice that espeak-ng lists is there with its dictionary: some of the data may not be installed. Each voice
 // is tried once.
-bool EspeakEngine::can_speak(std::string_view voice) {
+bool EspeakEngine::can_speak(Generation::Turn& turn, std::string_view voice) {
     State& engine = state();
     const auto known = engine.speakable.find(voice);
     if (known != engine.speakable.end()) return known->second;
     const std::string name(voice);
     bool found = false;
-    Generation::finish_work();
     try {
-        set_voice(engine, name, {});
+        use_voice(turn, name, {});
         found = espeak_stepper_has_dictionary() != 0;
     } catch (const std::runtime_error&) {
     }
@@ -275,28 +356,27 @@ bool EspeakEngine::can_speak(std::string_view voice) {
 std::string EspeakEngine::find_language(const std::string& tag, const std::string& own) {
     State& engine = state();
     const std::string small = ascii_lower(tag);
-    std::lock_guard<std::mutex> guard(engine.lock);
+    Generation::Turn turn(true);
     for (std::string_view part = small; !part.empty(); part = engine.voices.shorter(part)) {
         const std::string_view found = engine.voices.find(part, own);
-        if (!found.empty() && (found == own || can_speak(found))) return std::string(found);
+        if (!found.empty() && (found == own || can_speak(turn, found))) return std::string(found);
     }
     return {};
 }
 
 void EspeakEngine::load_voice(const std::string& language, const std::string& variant) {
-    State& engine = state();
-    std::lock_guard<std::mutex> guard(engine.lock);
-    Generation::finish_work();
-    set_voice(engine, language, variant);
+    Generation::Turn turn(true);
+    use_voice(turn, language, variant);
 }
 
 std::string EspeakEngine::sign_name(const std::string& language, const std::string& variant, const std::string& sign) {
     State& engine = state();
-    std::lock_guard<std::mutex> guard(engine.lock);
+    Generation::Turn turn(true);
     const std::string key = language + '\n' + sign;
     const auto known = engine.signs.find(key);
     if (known != engine.signs.end()) return known->second;
-    Generation::finish_work();
+    // Also with the voice that is set: the name is read by what reads the text in work.
+    Generation::make_room(turn);
     set_voice(engine, language, variant);
     char name[1000];
     std::size_t size = espeak_signs_name(sign.c_str(), 0, name, sizeof name);
@@ -307,10 +387,8 @@ std::string EspeakEngine::sign_name(const std::string& language, const std::stri
 }
 
 double EspeakEngine::middle_pitch(const std::string& language, const std::string& variant, int pitch, int range) {
-    State& engine = state();
-    std::lock_guard<std::mutex> guard(engine.lock);
-    Generation::finish_work();
-    set_voice(engine, language, variant);
+    Generation::Turn turn(true);
+    use_voice(turn, language, variant);
     return espeak_stepper_middle_pitch(pitch, range);
 }
 
@@ -336,11 +414,10 @@ void collect_phoneme(void* context, const char* mnemonic, const char* ipa) noexc
 
 std::shared_ptr<const IpaTable> EspeakEngine::ipa_table(const std::string& language) {
     State& engine = state();
-    std::lock_guard<std::mutex> guard(engine.lock);
+    Generation::Turn turn(true);
     const auto known = engine.phonemes.find(language);
     if (known != engine.phonemes.end()) return known->second;
-    Generation::finish_work();
-    set_voice(engine, language, {});
+    use_voice(turn, language, {});
     PhonemeCollector collector;
     espeak_stepper_list_phonemes(collect_phoneme, &collector);
     if (collector.failure) std::rethrow_exception(collector.failure);
@@ -348,39 +425,40 @@ std::shared_ptr<const IpaTable> EspeakEngine::ipa_table(const std::string& langu
 }
 
 void Generation::start(SpeechRequest request) {
-    State& engine = state();
-    std::lock_guard<std::mutex> guard(engine.lock);
-    if (engine.in_work == this) {
-        drop_text();
-        engine.in_work = nullptr;
-    }
-    finish_work();
+    Turn turn(request.first);
+    leave();
+    unfinished_ = lost_ = false;
+    make_room(turn);
     samples_.clear();
     events_.clear();
-    produced_ = 0;
-    in_work_ = lost_ = false;
+    produced_ = taken_ = 0;
+    produced_events_ = 0;
     request_ = std::move(request);
-    set_voice(engine, request_.language, request_.variant);
     pitches_.clear();
     for (const PitchChange& change : request_.pitches)
         pitches_.push_back({change.position, std::clamp<double>(change.factor, 0.1, 10), change.range});
-    const espeak_stepper_settings settings = {request_.rate,   request_.pitch,     request_.range,   pitches_.data(),
-                                              pitches_.size(), request_.end_pause, request_.phonemes};
-    if (espeak_stepper_begin(request_.text.c_str(), &settings) != 0)
-        throw std::runtime_error("espeak-ng does not take the text");
-    in_work_ = true;
-    engine.in_work = this;
+    begin();
+    unfinished_ = true;
 }
 
 bool Generation::pull(std::size_t count, std::vector<std::int16_t>& samples, std::vector<SpeechEvent>& events) {
-    State& engine = state();
-    std::lock_guard<std::mutex> guard(engine.lock);
+    Turn turn(is_first());
     if (lost_) throw std::bad_alloc();
-    const bool more = in_work_ || !samples_.empty() || !events_.empty();
-    if (samples_.empty() && in_work_) step(engine, samples, events, produced_, count, in_work_);
-    // What another thread finished here comes as one piece; the owner cuts it up.
+    const bool more = unfinished_ || !samples_.empty() || !events_.empty();
+    while (samples_.empty() && unfinished_) {
+        if (state().in_work != this) {
+            make_room(turn);
+            begin();
+        }
+        const bool again = position_ < produced_;
+        advance(again ? samples_per_drain_step : count);
+        if (again) turn.give_way();
+    }
+    if (lost_) throw std::bad_alloc();
+    // What another thread computed here comes as one piece; the owner cuts it up.
     samples.insert(samples.end(), samples_.begin(), samples_.end());
     events.insert(events.end(), events_.begin(), events_.end());
+    taken_ += samples_.size();
     samples_.clear();
     events_.clear();
     return more;

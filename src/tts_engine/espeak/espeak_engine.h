@@ -2,9 +2,19 @@
 //
 // espeak-ng has one set of global variables for the whole process, so one piece of text is in work at a time. A lock
 // guards it, and no lock is held between two calls of ours: a piece that is half spoken stays "in work", owned by its
-// Generation. Who needs espeak-ng for another piece first finishes the one in work into its owner's buffer, on their
-// own thread; the owner finds the rest there. So nobody waits longer than one piece (a sentence or less) takes to
-// compute, and every piece sounds as if it were spoken alone.
+// Generation. Who needs espeak-ng for another piece first makes room:
+//
+//   - Usually by finishing the piece in work into its owner's buffer, on their own thread; the owner finds the rest
+//     there. Nothing is computed twice.
+//   - For a first sound, which somebody waits for, that would take too long: a sentence of 300 characters without a
+//     comma takes 20 ms and more. The piece in work gets one more second of sound, 1 to 2 ms of work, so that its owner
+//     has something to play meanwhile, and is dropped. When the owner has used that up, it starts the same text again
+//     and passes over what it has. The same text always becomes the same samples and events (espeak_stepper.h), so
+//     nobody can hear it, nor does any word move.
+//
+// A first sound also comes before others at the lock: whoever computes without somebody waiting gives way after at most
+// 4,096 samples, 0.3 ms. So it waits at most 3 ms for another voice, whatever that one speaks, and every piece sounds
+// as if it were spoken alone.
 #ifndef TTS_ENGINE_ESPEAK_ESPEAK_ENGINE_H
 #define TTS_ENGINE_ESPEAK_ESPEAK_ENGINE_H
 
@@ -38,6 +48,7 @@ struct SpeechRequest {
     std::vector<PitchChange> pitches{{}};
     bool end_pause = true;
     bool phonemes = false;  // [[...]] in the text holds phonemes by their mnemonics
+    bool first = false;     // somebody waits for its sound
 };
 
 struct SpeechEvent {
@@ -71,14 +82,27 @@ public:
 
 private:
     friend class EspeakEngine;
-    static void finish_work();
+    class Turn;
+    static void make_room(Turn& turn);
+    static void advance_piece_in_work(std::size_t count);
+    bool is_first() const;
+    void begin();
+    void advance(std::size_t count);
+    void leave();
 
     SpeechRequest request_;
     std::vector<espeak_stepper_pitch> pitches_;
+    // Computed and not yet taken by the owner.
     std::vector<std::int16_t> samples_;
     std::vector<SpeechEvent> events_;
+    // Since start(): all that was computed for the owner, and what of that it took.
     std::uint64_t produced_ = 0;
-    bool in_work_ = false;
+    std::size_t produced_events_ = 0;
+    std::uint64_t taken_ = 0;
+    // Since the text was begun in espeak-ng, now or again.
+    std::uint64_t position_ = 0;
+    std::size_t position_events_ = 0;
+    bool unfinished_ = false;
     bool lost_ = false;  // memory ran out for the rest of the piece
 };
 
@@ -121,7 +145,8 @@ public:
     static bool has_variant(const std::string& name);
 
 private:
-    static bool can_speak(std::string_view voice);
+    static void use_voice(Generation::Turn& turn, const std::string& language, const std::string& variant);
+    static bool can_speak(Generation::Turn& turn, std::string_view voice);
 };
 
 }  // namespace tts

@@ -135,8 +135,9 @@ TEST(StreamingWorkDeep, of_a_record_is_the_same_far_into_the_document) {
     }
 }
 
-// Who speaks finishes what another voice has begun, and that is a sentence at most.
-TEST(StreamingWorkOfTwo, of_a_record_is_at_most_the_rest_of_the_others_sentence_more) {
+// Who speaks finishes what another voice has begun, and that is a sentence at most; and may have to compute again what
+// it has of its own, and that is one too.
+TEST(StreamingWorkOfTwo, of_a_record_is_at_most_two_sentences_more) {
     const TestVoice one;
     const TestVoice other;
     const std::string sentence = "<speak>" + kinds[0].part + "</speak>";
@@ -148,10 +149,67 @@ TEST(StreamingWorkOfTwo, of_a_record_is_at_most_the_rest_of_the_others_sentence_
         tts_wave* wave = nullptr;
         const Work work = work_of([&] { wave = tts_streamer_synth(streamers[i % 2], 2205); });
         EXPECT_LE(work.texts, 1u) << i;
-        EXPECT_LE(work.samples, whole + 3 * 2205) << i;
+        EXPECT_LE(work.samples, 2 * whole + 3 * 2205) << i;
         tts_wave_delete(wave);
     }
     for (tts_streamer streamer : streamers) EXPECT_EQ(tts_streamer_stop(streamer), 0);
+}
+
+namespace {
+
+// Some 20 seconds of speech without a place to breathe at.
+std::string long_sentence() {
+    std::string text;
+    while (text.size() < 280) text += "and the next word is one of many that are all alike ";
+    return "<speak>" + text + "</speak>";
+}
+
+constexpr std::size_t second = 22050;
+
+}  // namespace
+
+// A second of the other one's speech is computed, in steps of 4,096 samples, and what it takes for the own first
+// record.
+TEST(StreamingWorkOfTwo, of_a_first_sound_is_one_second_of_anothers_speech_more) {
+    const TestVoice one, other;
+    const std::string text = long_sentence(), hello = "<speak>Hello.</speak>";
+    const std::size_t alone = speak_start(other, hello, 1).records[0].samples;
+    tts_streamer speaking = tts_streamer_start(one, text.c_str(), -1.0f);
+    tts_wave_delete(tts_streamer_synth(speaking, 2205));
+    const std::size_t beside = speak_start(other, hello, 1).records[0].samples;
+    EXPECT_GT(beside, alone);
+    EXPECT_LE(beside, alone + second + 4096);
+    EXPECT_EQ(tts_streamer_stop(speaking), 0);
+}
+
+TEST(StreamingWorkOfTwo, of_the_first_sound_after_a_jump_is_as_little) {
+    const TestVoice one, other;
+    const std::string text = long_sentence(), hello = "<speak>Hello. And hello again.</speak>";
+    tts_streamer jumping = tts_streamer_start(other, hello.c_str(), -1.0f);
+    tts_wave_delete(tts_streamer_synth(jumping, 2205));
+    tts_streamer speaking = tts_streamer_start(one, text.c_str(), -1.0f);
+    tts_wave_delete(tts_streamer_synth(speaking, 2205));
+    ASSERT_EQ(tts_streamer_jump(jumping, 1), 0);
+    tts_wave* wave = nullptr;
+    EXPECT_LE(work_of([&] { wave = tts_streamer_synth(jumping, 2205); }).samples, second + 4096 + 2 * 2205);
+    tts_wave_delete(wave);
+    EXPECT_EQ(tts_streamer_stop(speaking), 0);
+    EXPECT_EQ(tts_streamer_stop(jumping), 0);
+}
+
+// Its owner has that second to play before it needs espeak-ng again.
+TEST(StreamingWorkOfTwo, of_the_next_second_of_who_made_room_is_none) {
+    const TestVoice one, other;
+    const std::string text = long_sentence();
+    tts_streamer speaking = tts_streamer_start(one, text.c_str(), -1.0f);
+    tts_wave_delete(tts_streamer_synth(speaking, 2205));
+    speak_start(other, "<speak>Hello.</speak>", 1);
+    for (std::size_t i = 0; i < second / 2205 - 1; ++i) {
+        tts_wave* wave = nullptr;
+        EXPECT_EQ(work_of([&] { wave = tts_streamer_synth(speaking, 2205); }).samples, 0u) << i;
+        tts_wave_delete(wave);
+    }
+    EXPECT_EQ(tts_streamer_stop(speaking), 0);
 }
 
 // What each costs is files: espeak-ng would read all of its voices for each tag.
