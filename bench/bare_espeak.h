@@ -63,9 +63,10 @@ inline double at(std::vector<double> times, double part) {
 }
 
 // Prints how `ours`, which gives the microseconds until its first audio, compares with bare espeak-ng over 1,000 turns;
-// gives whether the limit is kept. Both sides take turns, so that what else the machine does meets both.
+// returns whether the limits are kept, of the median and of the 99th percentile. Both sides take turns, so that
+// what else the machine does meets both.
 template <typename Ours>
-bool compare_first_audio(const char* name, int sentences, double limit, Ours ours) {
+bool compare_first_audio(const char* name, int sentences, double limit, double late_limit, Ours ours) {
     constexpr int turns = 1000;
     const std::string text = text_of(sentences);
     std::vector<double> our_times;
@@ -79,7 +80,8 @@ bool compare_first_audio(const char* name, int sentences, double limit, Ours our
     const std::string of = std::string("first audio, ") + name + " against bare, " + std::to_string(sentences) +
                            (sentences == 1 ? " sentence, " : " sentences, ");
     const bool median = print_ratio((of + "median").c_str(), at(our_times, 0.5) / at(bare_times, 0.5), limit);
-    const bool late = print_ratio((of + "99th percentile").c_str(), at(our_times, 0.99) / at(bare_times, 0.99), limit);
+    const bool late =
+        print_ratio((of + "99th percentile").c_str(), at(our_times, 0.99) / at(bare_times, 0.99), late_limit);
     return median && late;
 }
 
