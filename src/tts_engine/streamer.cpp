@@ -26,6 +26,9 @@ bool is_comma(char32_t c) {
     return commas.find(c) != std::u32string_view::npos;
 }
 
+// Pauses and glottal stops are silent.
+bool is_heard(std::string_view phoneme) { return !phoneme.empty() && !phoneme.ends_with("ʔ"); }
+
 bool is_pitch(const OutputEvent& event) {
     return event.type == TTS_EVENT_MARK && !event.mark.empty() && event.mark[0] == 'P';
 }
@@ -297,7 +300,7 @@ void Streamer::take_event(const SpeechEvent& event) {
             placer_.sound(character);
             break;
         case SpeechEvent::Kind::phoneme:
-            if (event.phoneme[0] != 0) placer_.sound(character);
+            if (is_heard(event.phoneme)) placer_.sound(character);
             emit_viseme(viseme_of(event.phoneme));
             break;
     }
