@@ -223,6 +223,10 @@ TEST(Spelling, long_name_harms_nothing) {
     EXPECT_EQ(speak(TestVoice("ru-22i"), spelled("а®б")).words(), (Texts{"а", "®", "б"}));
 }
 
+TEST(Spelling, letter_with_a_phoneme_that_the_voice_lacks_harms_nothing) {
+    expect_one_word(TestVoice("kl-22i"), spelled("å"), "å");
+}
+
 TEST(Spelling, of_many_signs_has_each_in_order) {
     std::string text;
     Texts expected;
