@@ -109,6 +109,7 @@ std::string say_code_point(char32_t c, const SignName& name) {
 
 std::string say_part(char32_t c, const SignName& name) {
     std::string said = name(utf8_of(c));
+    if (said.empty() && to_lower(c) != c) said = name(utf8_of(to_lower(c)));
     const char32_t latin = kin_of(c);
     if (said.empty() && latin != 0) said = name(utf8_of(latin));
     return said.empty() ? say_code_point(c, name) : said;
@@ -131,15 +132,28 @@ std::vector<Token> named_signs(const std::vector<Character>& text, const std::ve
     return signs;
 }
 
+std::vector<Token> named_characters(const std::vector<Character>& text, std::uint32_t first, std::uint32_t last) {
+    std::vector<Token> result;
+    for (std::uint32_t i = first; i < last;) {
+        const char32_t c = text[i].code;
+        const auto end = std::min(static_cast<std::uint32_t>(end_of_sign(text, i)), last);
+        const bool named = is_sign(c) || is_alnum(c) || is_part_of_sign(c);
+        if (named) result.push_back({i, end});
+        i = named ? end : i + 1;
+    }
+    return result;
+}
+
 std::string say_sign(std::u32string_view sign, const SignName& name) {
-    if (!sign.empty() && !is_sign(sign.front())) return say_part(U' ', name);
+    if (!sign.empty() && is_blank(sign.front()) && !is_sign(sign.front())) return say_part(U' ', name);
     std::string whole;
     for (const char32_t c : sign)
         if (!is_variation(c)) append_utf8(whole, c);
-    std::string said = sign.size() == 1 ? std::string() : name(whole);
+    if (sign.size() == 1) return say_part(sign.front(), name);
+    std::string said = name(whole);
     if (!said.empty()) return said;
     for (const char32_t c : sign)
-        if (is_sign(c)) add_word(said, say_part(c, name));
+        if (is_sign(c) || is_alnum(c)) add_word(said, say_part(c, name));
     return said;
 }
 

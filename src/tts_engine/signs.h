@@ -27,11 +27,15 @@ bool is_layout(char32_t c);
 // in the document, are not named.
 std::vector<Token> named_signs(const std::vector<Character>& text, const std::vector<Run>& runs);
 
+// The characters `first` up to, not including, `last` of a text that have a name: signs, letters, digits, and marks
+// that belong to none of these.
+std::vector<Token> named_characters(const std::vector<Character>& text, std::uint32_t first, std::uint32_t last);
+
 // Returns the name of one or more characters of UTF-8 as phonemes, by their mnemonics; empty if there is none.
 using SignName = std::function<std::string(const std::string&)>;
 
-// What is said for one of named_signs(): the name of the whole, else those of its parts. A part without a name is said
-// by the name of the sign that means the same in Latin script, else by its code point.
+// What is said for one of named_signs() or named_characters(): the name of the whole, else those of its parts. A part
+// without a name is said by the name of the sign that means the same in Latin script, else by its code point.
 std::string say_sign(std::u32string_view sign, const SignName& name);
 
 }  // namespace tts

@@ -170,18 +170,23 @@ bool Streamer::next_part() {
 }
 
 void Streamer::start_speech(std::uint32_t end) {
-    const std::uint32_t first = position_;
+    part_first_ = position_;
     part_end_ = position_ = end;
-    utterance_ = make_utterance(sentence_, first, end, voice_.settings, *this);
+    utterance_ = make_utterance(sentence_, part_first_, end, voice_.settings, *this);
     if (utterance_.text.empty()) return;
     if (!announced_) emit_sentence();
     if (last_viseme_ == nullptr) emit_viseme("sil");
+    start_utterance();
+}
+
+void Streamer::start_utterance() {
     const Attributes& attributes = attributes_at(sentence_, utterance_.source.front());
     part_taken_ = 0;
+    part_heard_ = false;
     part_ends_ = utterance_.end_pause;
     output_.begin_piece();
     speak_as(attributes);
-    placer_.start(sentence_, end);
+    placer_.start(sentence_, part_end_);
     SpeechRequest request;
     request.text = std::move(utterance_.text);
     request.language = espeak_voice_of(attributes.language);
@@ -257,8 +262,31 @@ bool Streamer::is_same_voice(std::uint16_t one, std::uint16_t other) {
 void Streamer::pull_speech(std::size_t count) {
     new_samples_.clear();
     new_events_.clear();
-    if (!generation_.pull(count, new_samples_, new_events_)) return finish_speech();
-    take_speech(new_samples_, new_events_);
+    if (generation_.pull(count, new_samples_, new_events_)) return take_speech(new_samples_, new_events_);
+    if (!part_heard_ && name_silent_character()) return;
+    finish_speech();
+}
+
+// Some letters have no sound of their own in their language, such as the Kazakh soft sign. One that is all there is to
+// a part is said by its name. False if the part is not like that.
+bool Streamer::name_silent_character() {
+    const auto characters = named_characters(sentence_.text, part_first_, part_end_);
+    const auto& tokens = sentence_.tokens;
+    const auto is_one = [&](const Token& token) {
+        return token.first == characters.front().first && token.last == characters.front().last;
+    };
+    auto& signs = sentence_.signs;
+    if (utterance_.replaced || characters.size() != 1 || std::none_of(tokens.begin(), tokens.end(), is_one))
+        return false;
+    const auto after = std::partition_point(signs.begin(), signs.end(),
+                                            [&](const Token& sign) { return sign.first < characters.front().first; });
+    // It was said by its name already.
+    if (after != signs.end() && after->first == characters.front().first) return false;
+    signs.insert(after, characters.front());
+    output_.end_piece();
+    utterance_ = make_utterance(sentence_, part_first_, part_end_, voice_.settings, *this);
+    start_utterance();
+    return true;
 }
 
 // Puts samples and events into their order: an event may change the volume of the samples behind it.
@@ -276,6 +304,7 @@ void Streamer::take_speech(const std::vector<std::int16_t>& samples, const std::
 
 void Streamer::take_samples(const std::int16_t* samples, std::size_t count) {
     part_taken_ += count;
+    part_heard_ = part_heard_ || std::any_of(samples, samples + count, [](std::int16_t sample) { return sample != 0; });
     output_.add({samples, count}, gain_);
 }
 

@@ -61,6 +61,8 @@ private:
     bool next_sentence();
     bool next_part();
     void start_speech(std::uint32_t end);
+    void start_utterance();
+    bool name_silent_character();
     void pull_speech(std::size_t count);
     void take_speech(const std::vector<std::int16_t>& samples, const std::vector<SpeechEvent>& events);
     void speak_as(const Attributes& attributes);
@@ -98,6 +100,7 @@ private:
     std::int64_t number_ = -1;    // of the sentence, from 0
     std::int64_t heard_ = 0;      // of the sentence that the last record belongs to
     std::uint32_t position_ = 0;  // the first character that no part has taken
+    std::uint32_t part_first_ = 0;
     std::uint32_t part_end_ = 0;
     std::size_t next_anchor_ = 0;
     std::size_t next_token_ = 0;
@@ -111,6 +114,7 @@ private:
     std::uint64_t owed_silence_ = 0;  // that comes if another sentence does
     std::uint64_t part_taken_ = 0;    // of the part's audio
     bool part_ends_ = true;           // the part ends a sentence
+    bool part_heard_ = false;         // a sample of it was not 0
     float gain_ = 1;
     Utterance utterance_;
     std::vector<std::int16_t> new_samples_;

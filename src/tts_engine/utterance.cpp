@@ -164,7 +164,7 @@ const Attributes& most_of(const Sentence& sentence, std::uint32_t first, std::ui
 class Reader {
 public:
     Reader(const Sentence& sentence, Pronouncer& pronouncer, Utterance& utterance)
-        : sentence_(sentence), pronouncer_(pronouncer), writer_(utterance) {}
+        : sentence_(sentence), pronouncer_(pronouncer), utterance_(utterance), writer_(utterance) {}
 
     void read(std::uint32_t first, std::uint32_t last) {
         run_ = run_at(sentence_, first);
@@ -245,6 +245,7 @@ private:
     }
 
     bool say(const Spoken& spoken) {
+        utterance_.replaced = true;
         if (spoken.kind == Spoken::Kind::text) {
             writer_.put_text(spoken);
             return true;
@@ -257,6 +258,7 @@ private:
 
     const Sentence& sentence_;
     Pronouncer& pronouncer_;
+    Utterance& utterance_;
     Writer writer_;
     std::size_t run_ = 0;
     std::size_t spoken_ = 0;

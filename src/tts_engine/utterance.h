@@ -22,6 +22,7 @@ struct Utterance {
     int rate = 0;                       // in words a minute
     bool end_pause = true;
     bool phonemes = false;  // [[...]] in the text holds phonemes by their mnemonics
+    bool replaced = false;  // something else is said for a part of what is written
 };
 
 // What an utterance asks about single words.
