@@ -229,10 +229,8 @@ Result measure_word_times(const Subject& subject) {
     Times times;
     const std::vector<Substitute> substitutes = substitutes_in(subject.text);
     std::vector<std::string> sentences = joined_by_signs(subject.text);
-    for (const std::string& sentence : sentences_of(subject.text)) {
-        if (sentences.size() > subject.most) break;
-        sentences.push_back(shortened(sentence));
-    }
+    const std::vector<std::string> read = sentences_of(subject.text);
+    for (std::size_t i = 0; i < std::min(read.size(), subject.most); ++i) sentences.push_back(shortened(read[i]));
     for (const std::string& sentence : sentences) check_sentence(subject, sentence, substitutes, times);
     times.result.figure = whole(times.worst) + " ms";
     if (times.doubtful > 0) times.result.figure += ", " + std::to_string(times.doubtful) + " doubtful";
