@@ -18,6 +18,9 @@ constexpr double per_word = 350, per_letter = 250;  // ms: no word that is read 
 constexpr double per_han = 400;                     // ms for a character that is a syllable or two
 constexpr std::size_t most_alike = 3;               // so many different words may be spoken alike
 
+// So many, however little else is measured: the verdict on a voice must not depend on that.
+constexpr std::size_t enough = 100;
+
 // Words of the text, each once. Of Han, pairs of neighbours: single characters often sound alike.
 std::vector<std::string> different_words(const Subject& subject) {
     std::vector<std::string> words;
@@ -36,7 +39,7 @@ std::vector<std::string> different_words(const Subject& subject) {
             add(tokens[i].text + tokens[i + 1].text);
         }
     }
-    if (words.size() > 5 * subject.most) words.resize(5 * subject.most);
+    if (words.size() > enough) words.resize(enough);
     return words;
 }
 

@@ -11,9 +11,9 @@
 // has the same short rest before it. At last other letters are tried after the first one, which stays: those samples
 // part after the begin in any case. An event between the two kinds of parting is doubtful: the first letter may change
 // the sound before it, as in Finnish "-n p-", which is spoken "mp", and the second character of a Chinese word the
-// first one. So no fault is reported where there is none, while a small one may be missed. Where nothing changes the
-// sound, the time cannot be measured. The melody is made flat, because in a sentence's melody each word changes those
-// before it.
+// first one. So a fault is hardly ever reported where there is none (a conjunction with a short rest before it, if the
+// text has no other), while a small one may be missed. Where nothing changes the sound, the time cannot be measured.
+// The melody is made flat, because in a sentence's melody each word changes those before it.
 #include <algorithm>
 #include <map>
 #include <optional>
