@@ -14,24 +14,7 @@
 #define __declspec(attribute)
 #endif
 
-// The generator reports each word and phoneme with a call of MarkerEvent, which espeak-ng defines for its own callback.
-// Under another name the calls come here. Compiling the file as part of this one also lets its state be reset.
-// espeak.cmake makes the copy that is compiled here: the variables of these names are taken out of its functions, so
-// that the generator uses these instead and they can be reset too.
-static int Flutter_ix;
-static int agc;
-static int cycle_count;
-static int h_switch_sign;
-static int amplitude2;
-static int echo_complete;
-static _Bool resume;
-#define MarkerEvent espeak_stepper_marker
-#include "wavegen.c"
-#undef MarkerEvent
-
-#include "espeak_klatt.h"
-#include "espeak_stepper.h"
-
+#include "common.h"
 #include "dictionary.h"
 #include "error.h"
 #include "phoneme.h"
@@ -40,6 +23,9 @@ static _Bool resume;
 #include "synthdata.h"
 #include "translate.h"
 #include "voice.h"
+#include "wavegen.h"
+
+#include "espeak_stepper.h"
 
 static espeak_stepper_sink current_sink;
 static void* current_context;
@@ -49,16 +35,21 @@ static const espeak_stepper_pitch* pitches;  // what holds, and those to come
 static size_t pitches_left;
 static int usual_range;
 
-// The generator does not go below 25 Hz (its unit is Hz << 12). A base below that would only make the melody flat.
-static int base_of(double base) {
-    const int lowest = 25 << 12;
-    return base < lowest ? lowest : (int)base;
+// The generator does not go below 25 Hz. A factor that brings the bottom of the melody there is the lowest, since the
+// melody would only become flat below it. Of the pitches from 0 to about 100 that espeak-ng gives a sentence's
+// syllables, 18 is the bottom; the unit of a voice's base and range is Hz << 12.
+static double bounded_factor(double factor) {
+    const double lowest = 25 << 12;
+    const double bottom = voice->pitch_base + 18 / 2 * (double)voice->pitch_range;
+    return bottom * factor < lowest && bottom > lowest ? lowest / bottom : factor;
 }
 
 // The generator takes its own copy of the voice, so that the one in force stays as it is.
 static void apply_pitch(void) {
-    wvoice->pitch_base = base_of(voice->pitch_base * pitches->factor);
-    wvoice->pitch_range = (int)(voice->pitch_range * pitches->factor);
+    const double factor = bounded_factor(pitches->factor);
+    voice_t* const own = WavegenVoice();
+    own->pitch_base = (int)(voice->pitch_base * factor);
+    own->pitch_range = (int)(voice->pitch_range * factor);
     const double range = usual_range * pitches->range;
     embedded_value[EMBED_R] = range < 0 ? 0 : range > 99 ? 99 : (int)(range + 0.5);
 }
@@ -73,7 +64,8 @@ static void pitch_at_word(uint32_t position) {
     if (changed) apply_pitch();
 }
 
-void espeak_stepper_marker(int type, unsigned int char_position, int value, int value2, unsigned char* place) {
+// The generator calls this for each word and phoneme.
+static void take_marker(int type, unsigned int char_position, int value, int value2, unsigned char* place) {
     espeak_stepper_event event;
     if (type == espeakEVENT_WORD && (char_position & 0xffffff) > 0) pitch_at_word((char_position & 0xffffff) - 1);
     if (current_sink == NULL || (type != espeakEVENT_WORD && type != espeakEVENT_PHONEME)) return;
@@ -95,6 +87,7 @@ int espeak_stepper_start(const char* data, char* message, size_t message_size) {
     espeak_ng_InitializePath(data);
     espeak_ng_STATUS status = espeak_ng_Initialize(&context);
     if (status == ENS_OK) {
+        WavegenSetMarker(take_marker);
         espeak_ng_SetPhonemeEvents(1, 1);
         return 0;
     }
@@ -120,31 +113,6 @@ static void empty_queue(void) {
 void espeak_stepper_end(void) {
     empty_queue();
     espeak_ng_Terminate();
-}
-
-static void reset_wave_generator(void) {
-    empty_queue();
-    espeak_klatt_reset();
-    espeak_srand(1);
-    memset(&wdata, 0, sizeof wdata);
-    wdata.amplitude = 32;
-    wdata.amplitude_fmt = 100;
-    InitBreath();
-    memset(peaks, 0, sizeof peaks);
-    memset(peak_harmonic, 0, sizeof peak_harmonic);
-    memset(peak_height, 0, sizeof peak_height);
-    memset(hspect, 0, sizeof hspect);
-    memset(harm_inc, 0, sizeof harm_inc);
-    harmspect = hspect[0];
-    wavephase = 0x7fffffff;
-    samplecount = samplecount_start = nsamples = 0;
-    modulation_type = glottal_flag = glottal_reduce = 0;
-    hswitch = end_wave = phaseinc = cycle_samples = cbytes = hf_factor = 0;
-    amp_ix = amp_inc = 0;
-    amplitude_env = NULL;
-    Flutter_ix = cycle_count = h_switch_sign = amplitude2 = echo_complete = 0;
-    resume = 0;
-    agc = 256;
 }
 
 // The voice comes last: its echo lowers the volume that the parameter sets.
@@ -177,7 +145,8 @@ int espeak_stepper_has_dictionary(void) { return translator != NULL && translato
 int espeak_stepper_begin(const char* text, const espeak_stepper_settings* settings) {
     if (voice == NULL || translator == NULL) return 1;
     current_sink = NULL;
-    reset_wave_generator();
+    empty_queue();
+    WavegenReset();
     apply_settings(settings);
     InitText(espeakCHARS_UTF8);
     option_ssml = 0;
@@ -203,7 +172,7 @@ size_t espeak_stepper_fill(int16_t* samples, size_t capacity, espeak_stepper_sin
         // A clause is read when all of the one before has become sound, its echo too. Were the echo cut where a buffer
         // happens to end, a text would sound different for each size of buffers.
         if (Generate(phoneme_list, &n_phoneme_list, 1) != 0 || WcmdqUsed() != 0 || out_ptr == out_end) continue;
-        echo_complete = 0;
+        WavegenEndEcho();
         if (SpeakNextClause(1) == 0) *done = 1;
     }
     current_sink = NULL;
@@ -237,7 +206,7 @@ double espeak_stepper_middle_pitch(int pitch, int range) {
     const int middle = 60;
     if (voice == NULL) return 100;
     const double width = voice->pitch_range * range / 50.0;
-    const double base = voice->pitch_base * pitch_adjust_tab[pitch] / 128.0 - (width - voice->pitch_range) * 18;
+    const double base = voice->pitch_base * WavegenPitchAdjustment(pitch) / 128.0 - (width - voice->pitch_range) * 18;
     return (base + middle * width / 2) / 4096;
 }
 
@@ -256,6 +225,6 @@ void espeak_stepper_drop(void) {
     pitches_left = 0;
     current_sink = NULL;
     n_phoneme_list = 0;
-    if (WcmdqUsed() != 0 && wvoice != NULL && wvoice->klattv[0] == 6) finish_command_unheard();
+    if (WcmdqUsed() != 0 && WavegenVoice() != NULL && WavegenVoice()->klattv[0] == 6) finish_command_unheard();
     empty_queue();
 }
