@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "fuzz/small_stack.h"
 #include "fuzz/spoken_document.h"
 #include "fuzz/temporary_file.h"
 #include "tts_engine/lexicon.h"
@@ -33,16 +34,20 @@ bool is_read(const std::string& text) {
     }
 }
 
-}  // namespace
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (!is_read(std::string(reinterpret_cast<const char*>(data), size))) return 0;
+void read_and_speak(const std::uint8_t* data, std::size_t size) {
+    if (!is_read(std::string(reinterpret_cast<const char*>(data), size))) return;
     static const TemporaryFile file("lexicon.pls");
     file.write(data, size);
     tts_dict_cleanup(fuzz_voice());
     property(tts_dict_load(fuzz_voice(), file.path().c_str()) == 0, "a file is read as its text is");
     std::string text = "<speak xml:lang=\"en\"><mark name=\"m\"/>";
     for (const std::string& word : words) text += word + " ";
-    SpokenDocument(fuzz_voice(), text).speak_up_to(5 * 22050);
+    SpokenDocument(fuzz_voice(), text).speak_up_to(22050);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    on_small_stack([&] { read_and_speak(data, size); });
     return 0;
 }

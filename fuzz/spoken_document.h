@@ -41,6 +41,7 @@ public:
             return false;
         }
         check(*wave, samples);
+        ++records_;
         samples_ += wave->sample_count;
         tts_wave_delete(wave);
         return true;
@@ -51,11 +52,14 @@ public:
         word_end_ = sentence_end_ = 0;
     }
 
-    // To the end, or up to about so many samples in all.
+    // To the end, or until that many records or about that many samples were taken in all. A document may hold any
+    // number of empty records.
     void speak_up_to(std::uint64_t samples) {
-        while (samples_ < samples && synth(8192)) {
+        while (samples_ < samples && records_ < most_records && synth(8192)) {
         }
     }
+
+    std::uint64_t samples() const { return samples_; }
 
 private:
     void check(const tts_wave& wave, std::uint32_t asked) {
@@ -88,7 +92,9 @@ private:
     const std::string text_;
     const bool valid_;
     const tts_streamer streamer_;
+    static constexpr std::uint64_t most_records = 200;
     std::uint64_t samples_ = 0;
+    std::uint64_t records_ = 0;
     std::size_t word_end_ = 0;
     std::size_t sentence_end_ = 0;
     long sum_ = 0;

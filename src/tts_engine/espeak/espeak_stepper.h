@@ -13,8 +13,8 @@
 // lost then and is dropped.
 //
 // What this relies on of espeak-ng 1.52.0, all in espeak_stepper.c: the loop of Synthesize() in speech.c, which it
-// follows; that the wave generator (wavegen.c) writes from `out_ptr` to `out_end`; and the functions that our patches add
-// to the generator (deps/patches/): to begin again, to report to us, to change the voice's pitch.
+// follows; that the wave generator (wavegen.c) writes from `out_ptr` to `out_end`; and the functions that our patches
+// add to the generator (deps/patches/): to begin again, to report to us, to change the voice's pitch.
 #ifndef TTS_ENGINE_ESPEAK_ESPEAK_STEPPER_H
 #define TTS_ENGINE_ESPEAK_ESPEAK_STEPPER_H
 
