@@ -51,6 +51,13 @@ void append_utf8(std::string& text, char32_t code) {
     }
 }
 
+std::string_view first_characters(std::string_view text, std::size_t most) {
+    if (text.size() <= most) return text;
+    std::size_t size = most;
+    while (size > 0 && most - size < 3 && is_continuation(text[size])) --size;
+    return text.substr(0, is_continuation(text[size]) ? most : size);
+}
+
 bool is_blank(char32_t c) {
     if (c <= 0x20) return true;
     if (c < 0x85) return c == 0x7F;

@@ -19,6 +19,9 @@ Decoded decode_utf8(std::string_view bytes);
 
 void append_utf8(std::string& text, char32_t code);
 
+// The start of `text` of at most `most` bytes, cut between characters. Of what is not UTF-8, `most` bytes.
+std::string_view first_characters(std::string_view text, std::size_t most);
+
 bool is_blank(char32_t c);        // white space of any script, the zero width space, and signs that part words (፡)
 bool is_punctuation(char32_t c);  // Unicode's categories P*, not symbols such as $ and +
 bool is_symbol(char32_t c);       // Unicode's categories S*

@@ -8,6 +8,7 @@
 #include <exception>
 #include <new>
 #include <optional>
+#include <utility>
 
 #include "tts_engine/characters.h"
 
@@ -17,6 +18,14 @@ namespace {
 constexpr std::size_t first_feed = 512;  // so that a long document starts to sound as soon as a short one
 constexpr std::size_t usual_feed = 4096;
 constexpr std::size_t text_step = 2048;  // of the tolerant reader, in bytes
+
+// What expat may tell in one step, in bytes. A document's own entities can make much out of few bytes, and what is told
+// is kept in memory until it is spoken.
+constexpr std::size_t most_told = 16384;
+
+// How much a document's own entities may stand for: this many bytes, and beyond that this many times what was read.
+constexpr unsigned long long entities_free = 65536;
+constexpr float entities_factor = 16;
 
 bool is_markup_blank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
@@ -76,6 +85,10 @@ public:
     Expat(std::string_view document, MarkupHandler& handler) : document_(document), handler_(handler) {
         parser_ = XML_ParserCreate("UTF-8");
         if (parser_ == nullptr) throw std::bad_alloc();
+        XML_SetBillionLaughsAttackProtectionActivationThreshold(parser_, entities_free);
+        XML_SetBillionLaughsAttackProtectionMaximumAmplification(parser_, entities_factor);
+        // Expat would wait with what it has until there is twice as much. step() does that where it is needed.
+        XML_SetReparseDeferralEnabled(parser_, XML_FALSE);
         XML_SetUserData(parser_, this);
         XML_SetElementHandler(parser_, on_start, on_end);
         XML_SetCharacterDataHandler(parser_, on_text);
@@ -88,19 +101,21 @@ public:
     enum class Result { more, end, broken };
 
     Result step() {
-        const std::size_t count = std::min(feed_, document_.size() - fed_);
-        const bool last = fed_ + count == document_.size();
-        const std::size_t before = understood_;
-        const XML_Status status = XML_Parse(parser_, document_.data() + fed_, static_cast<int>(count), last);
+        told_ = 0;
+        if (!pending_.empty()) {
+            tell_pending();
+            return Result::more;
+        }
+        const XML_Status status = parse();
         if (failure_) std::rethrow_exception(failure_);
         if (status == XML_STATUS_ERROR) {
             if (XML_GetErrorCode(parser_) == XML_ERROR_NO_MEMORY) throw std::bad_alloc();
             return Result::broken;
         }
-        fed_ += count;
+        if (status == XML_STATUS_SUSPENDED) return Result::more;
         // Expat looks at an unfinished tag from its start each time, so it gets more and more of one that does not end.
-        feed_ = understood_ == before ? std::min<std::size_t>(feed_ * 2, 1u << 24) : usual_feed;
-        return last ? Result::end : Result::more;
+        feed_ = understood_ == understood_before_ ? std::min<std::size_t>(feed_ * 2, 1u << 24) : usual_feed;
+        return fed_ == document_.size() ? Result::end : Result::more;
     }
 
     // Where the first byte stands that no handler was told of, and whether it stands in a CDATA section.
@@ -108,6 +123,23 @@ public:
     bool in_cdata() const { return in_cdata_; }
 
 private:
+    // Goes on with what expat has, or gives it more.
+    XML_Status parse() {
+        if (std::exchange(suspended_, false)) return XML_ResumeParser(parser_);
+        const std::size_t count = std::min(feed_, document_.size() - fed_);
+        const char* const part = document_.data() + fed_;
+        fed_ += count;
+        understood_before_ = understood_;
+        return XML_Parse(parser_, part, static_cast<int>(count), fed_ == document_.size());
+    }
+
+    // Counts what is told. Above the limit expat stops until the next step.
+    void count_told(std::size_t bytes) {
+        told_ += bytes;
+        if ((told_ < most_told && pending_.empty()) || suspended_) return;
+        suspended_ = XML_StopParser(parser_, XML_TRUE) == XML_STATUS_OK;
+    }
+
     // Nothing may be thrown through expat: the exception waits until XML_Parse returns.
     template <typename Action>
     void guarded(Action action) {
@@ -127,8 +159,13 @@ private:
         auto* self = static_cast<Expat*>(user);
         self->guarded([&] {
             MarkupAttributes attributes;
-            for (; *pairs != nullptr; pairs += 2) attributes.emplace_back(pairs[0], pairs[1]);
+            std::size_t size = element_size;
+            for (; *pairs != nullptr; pairs += 2) {
+                attributes.emplace_back(pairs[0], pairs[1]);
+                size += attributes.back().second.size();
+            }
             self->handler_.start_element(name, attributes);
+            self->count_told(size);
         });
     }
 
@@ -153,11 +190,32 @@ private:
     }
 
     void pass_text(std::string_view text) {
-        if (document_.substr(begin_, text.size()) == text && (in_cdata_ || text[0] != '&')) {
-            end_ = begin_ + text.size();
-            return handler_.text(text, static_cast<std::uint32_t>(begin_));
+        // Other text is that of a reference, or a line end in two bytes.
+        is_written_ = document_.substr(begin_, text.size()) == text && (in_cdata_ || text[0] != '&');
+        pending_ = is_written_ ? document_.substr(begin_, text.size()) : text;
+        tell_pending();
+        if (is_written_) end_ = begin_;
+        if (is_written_ || pending_.empty()) return;
+        // The rest waits for the next step, and expat's text does not live until then.
+        kept_ = pending_;
+        pending_ = kept_;
+    }
+
+    // Tells as much of the pending text as this step still may.
+    void tell_pending() {
+        const std::string_view text = first_characters(pending_, most_told - std::min(told_, most_told - 4));
+        if (is_written_) {
+            handler_.text(text, static_cast<std::uint32_t>(begin_));
+            begin_ += text.size();
+            understood_ = std::max(understood_, begin_);
+        } else {
+            tell_characters(text);
         }
-        // A reference, or a line end in two bytes.
+        pending_.remove_prefix(text.size());
+        count_told(text.size());
+    }
+
+    void tell_characters(std::string_view text) {
         while (!text.empty()) {
             const Decoded decoded = decode_utf8(text);
             handler_.character(decoded.code, static_cast<std::uint32_t>(begin_), static_cast<std::uint32_t>(end_));
@@ -165,12 +223,20 @@ private:
         }
     }
 
+    static constexpr std::size_t element_size = 16;  // what an element counts for, with its attributes' values
+
     std::string_view document_;
     MarkupHandler& handler_;
     XML_Parser parser_;
     std::exception_ptr failure_;
     std::size_t fed_ = 0;
     std::size_t feed_ = first_feed;
+    std::size_t told_ = 0;      // in this step
+    std::string_view pending_;  // text that expat has told and the handler has not got
+    bool is_written_ = false;   // it is in the document as it is, from begin_ on
+    std::string kept_;          // where it is if not
+    bool suspended_ = false;    // expat has text that it has not read
+    std::size_t understood_before_ = 0;
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
     std::size_t understood_ = 0;

@@ -4,6 +4,11 @@
 // break it, and there expat stops for good; from the end of the last thing that it understood the tolerant reader goes
 // on, which understands everything in some way. A document may also be no XML at all: plain text without a root.
 //
+// A document's own entities stand for their text, which may hold other entities and tags; no depth of them needs stack.
+// What they stand for, counted at every depth, may be 64 kB, and beyond that 16 times as much as was read of the
+// document. Expat stops at the entity that would be more: its text so far is told, the tolerant reader goes on after
+// it, and later ones are text as they are written, in attributes as well.
+//
 // The tolerant reader's rules: `<` before a letter, `/`, `!` or `?` opens markup, any other is text. A tag ends at the
 // first `>` outside quotes; where no such `>` follows, at the first one at all; where there is none, the `<` is text.
 // In a tag, what looks like `name="value"` is an attribute and everything else is passed over. A value ends at the
@@ -47,7 +52,7 @@ public:
     MarkupReader& operator=(const MarkupReader&) = delete;
 
     // Reads on a bit and tells the handler what it found. False when the document has no more. The work of all calls
-    // together is linear in the document's size.
+    // together is linear in the document's size, and one call tells a bounded amount.
     bool step();
 
     // For tests: reads on with the tolerant reader, whatever comes.
