@@ -2,7 +2,6 @@
 #include "tts_engine/tts_engine.h"
 
 #include <atomic>
-#include <cstdio>
 #include <cstring>
 #include <exception>
 #include <limits>
@@ -13,6 +12,7 @@
 #include <string_view>
 #include <utility>
 
+#include "tts_engine/characters.h"
 #include "tts_engine/espeak/espeak_engine.h"
 #include "tts_engine/handles.h"
 #include "tts_engine/lexicon_file.h"
@@ -27,7 +27,12 @@ using tts::EspeakEngine;
 // Why the last call of this thread failed. A buffer of fixed size: a message needs no memory.
 thread_local char message[1024] = "";
 
-void set_message(const char* text) { std::snprintf(message, sizeof message, "%s", text); }
+// A text that is too long is cut between characters.
+void set_message(std::string_view text) {
+    const std::string_view part = tts::first_characters(text, sizeof message - 1);
+    std::memcpy(message, part.data(), part.size());
+    message[part.size()] = '\0';
+}
 
 // Keeps the data that its first voice reads, so that the next voice need not read it again.
 class Library {

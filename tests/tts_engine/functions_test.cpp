@@ -1,10 +1,13 @@
 // The twelve functions: handles, order of calls, messages.
+#include <cctype>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <string>
 #include <thread>
 
 #include "speech.h"
+#include "tts_engine/characters.h"
 
 namespace {
 
@@ -208,6 +211,80 @@ TEST(LoadVoice, data_may_be_named_by_the_folder_that_holds_it) {
     tts_voice voice = tts_load_voice(library, above.c_str(), voice_path().c_str());
     EXPECT_NE(voice, nullptr) << tts_errmsg();
     tts_unload_voice(voice);
+}
+
+// Loads a voice of this data while one of TTS_TEST_DATA is in use. Returns the message; empty if it was loaded.
+std::string failure_beside_another(const std::string& lib_path) {
+    const TestVoice in_use;
+    const Library library;
+    tts_voice voice = tts_load_voice(library, lib_path.c_str(), voice_path().c_str());
+    std::string message = tts_errmsg();
+    tts_unload_voice(voice);
+    return message;
+}
+
+TEST(LoadVoice, folder_of_the_data_may_be_spelled_in_any_way) {
+    const std::string data = TTS_TEST_DATA;
+    const std::string name = data.substr(data.find_last_of('/') + 1);
+    for (const std::string& spelling : {data, data + "/", data + "//", data + "/.", data + "/../" + name, data + "/..",
+                                        data + "/../", data + "/voices/../../" + name})
+        EXPECT_EQ(failure_beside_another(spelling), "");
+#if defined(_WIN32)
+    std::string upper = data;
+    for (char& c : upper) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    std::string backward = data;
+    for (char& c : backward)
+        if (c == '/') c = '\\';
+    for (const std::string& spelling : {upper, backward, backward + "\\"})
+        EXPECT_EQ(failure_beside_another(spelling), "");
+#endif
+}
+
+#if !defined(_WIN32)
+TEST(LoadVoice, folder_of_the_data_may_be_a_link) {
+    const std::filesystem::path link = "link-to-the-data";
+    std::filesystem::remove(link);
+    std::filesystem::create_directory_symlink(TTS_TEST_DATA, link);
+    EXPECT_EQ(failure_beside_another(link.string()), "");
+    EXPECT_EQ(failure_beside_another(link.string() + "/"), "");
+    std::filesystem::remove(link);
+}
+#endif
+
+TEST(LoadVoice, copy_of_the_data_is_other_data) {
+    const std::filesystem::path copy = "copy-of-the-data";
+    std::filesystem::remove_all(copy);
+    std::filesystem::create_directory(copy);
+    for (const char* file : {"phontab", "phonindex", "phondata", "intonations", "en_dict"})
+        std::filesystem::copy_file(std::filesystem::path(TTS_TEST_DATA) / file, copy / file);
+    std::filesystem::copy(std::filesystem::path(TTS_TEST_DATA) / "lang", copy / "lang",
+                          std::filesystem::copy_options::recursive);
+    EXPECT_TRUE(contains(failure_beside_another(copy.string()), "come from other data"));
+    std::filesystem::remove_all(copy);
+}
+
+// Whether a text is UTF-8 to its end.
+bool is_whole(std::string_view text) {
+    while (!text.empty()) {
+        const tts::Decoded decoded = tts::decode_utf8(text);
+        if (decoded.code == 0) return false;
+        text.remove_prefix(decoded.length);
+    }
+    return true;
+}
+
+TEST(LoadVoice, long_message_is_cut_between_characters) {
+    for (const std::string letter : {"é", "€", "😀"})
+        for (std::size_t before = 0; before < 4; ++before) {
+            std::string name(before, 'x');
+            while (name.size() < 2000) name += letter;
+            for (const std::string& failure :
+                 {failure_of(TTS_TEST_DATA, (name + "-22i").c_str()), failure_of(name.c_str(), "x-22i"),
+                  failure_of(TTS_TEST_DATA, name.c_str())}) {
+                EXPECT_TRUE(is_whole(failure)) << failure;
+                EXPECT_GT(failure.size(), 1000u);
+            }
+        }
 }
 
 TEST(LoadVoice, file_missing_is_told) {

@@ -83,7 +83,9 @@ void collect(void* context, const espeak_stepper_event* event) noexcept {
 
 // The folder that holds "phontab": `lib_path` or espeak-ng-data in it. Empty when neither does.
 std::filesystem::path data_folder(const std::string& lib_path) {
-    const std::filesystem::path given = path_of(lib_path);
+    std::filesystem::path given = path_of(lib_path);
+    // Windows does not find a folder whose name ends in a separator.
+    if (!given.has_filename()) given = given.parent_path();
     std::error_code ignored;
     for (const auto& candidate : {given / "espeak-ng-data", given})
         if (std::filesystem::is_regular_file(candidate / "phontab", ignored)) return candidate;
@@ -157,6 +159,13 @@ void read_data(State& engine, const std::string& lib_path, const std::filesystem
     engine.signs.clear();
 }
 
+// Whether the data in use is that of `folder`, which may be spelled in another way.
+bool is_in_use(const State& engine, const std::filesystem::path& folder) {
+    std::error_code ignored;
+    return engine.data == native_name_of(folder) ||
+           std::filesystem::equivalent(path_of_native(engine.data), folder, ignored);
+}
+
 }  // namespace
 
 namespace {
@@ -179,7 +188,7 @@ void EspeakEngine::acquire(const std::string& lib_path) {
     const std::filesystem::path folder = data_folder(lib_path);
     if (folder.empty())
         throw std::runtime_error("no synthesiser data (espeak-ng's \"phontab\") in libPath \"" + lib_path + "\"");
-    const bool other = engine.data != native_name_of(folder);
+    const bool other = !is_in_use(engine, folder);
     if (other && engine.users > 0)
         throw std::runtime_error("libPath \"" + lib_path + "\": voices in use come from other data, \"" + engine.data +
                                  "\"; unload them first");

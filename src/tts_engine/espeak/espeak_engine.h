@@ -110,7 +110,8 @@ class EspeakEngine {
 public:
     // Takes the library for a voice with data in `lib_path` (the folder espeak-ng-data or the one that holds it), and
     // gives it back. Data that is there already is not read again. Throws std::runtime_error if the folder holds none,
-    // or if voices with other data are in use.
+    // or if voices with other data are in use. However a folder is spelled (links, "..", case where the system knows
+    // none), it is the same.
     static void acquire(const std::string& lib_path);
     static void release();
 
