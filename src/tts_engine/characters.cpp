@@ -103,6 +103,17 @@ bool is_unspaced(char32_t c) {
            (c >= 0x20000 && c <= 0x3FFFF);
 }
 
+bool is_one_character(char32_t before, char32_t next) {
+    const auto is_joiner = [](char32_t c) { return c == 0x200C || c == 0x200D; };
+    const auto is_modifier = [](char32_t c) {
+        return (c >= 0x1F3FB && c <= 0x1F3FF) || (c >= 0xE0020 && c <= 0xE007F);
+    };
+    const auto is_flag = [](char32_t c) { return c >= 0x1F1E6 && c <= 0x1F1FF; };
+    const auto is_vowel_or_tail = [](char32_t c) { return c >= 0x1160 && c <= 0x11FF; };
+    return is_combining(next) || is_joiner(next) || is_modifier(next) || is_vowel_or_tail(next) || is_joiner(before) ||
+           (is_flag(before) && is_flag(next));
+}
+
 bool is_combining(char32_t c) {
     return ucd_lookup_category_group(c) == UCD_CATEGORY_GROUP_M || c == 0x200D || c == 0x30FC;
 }

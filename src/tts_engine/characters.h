@@ -37,6 +37,9 @@ bool is_wide_end(char32_t c);    // the ends of scripts that put no blank behind
 bool is_unspaced(char32_t c);    // of a script whose single characters count as words: Han, Hiragana, Katakana
 bool is_combining(char32_t c);   // belongs to the character before it
 
+// Whether a reader takes two neighbours for one character: combining marks, joined emoji, flags, syllables of Hangul.
+bool is_one_character(char32_t before, char32_t next);
+
 }  // namespace tts
 
 #endif

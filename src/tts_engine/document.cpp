@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "tts_engine/characters.h"
+#include "tts_engine/pitch_mark.h"
 #include "tts_engine/prosody.h"
 #include "tts_engine/say_as.h"
 #include "tts_engine/script_runs.h"
@@ -18,6 +19,11 @@ constexpr std::size_t most_languages = 1000;
 constexpr std::size_t most_script_languages = 2000;  // with those
 constexpr std::uint16_t unknown = 0xFFFF;
 
+// How far the end of a sentence is looked for, in characters and in bytes of the document: an event covers that much of
+// one sentence. Speech waits for this, and the text stays in memory.
+constexpr std::size_t whole_characters = 4000;
+constexpr std::size_t whole_bytes = 16384;
+
 const std::string* find(const MarkupAttributes& attributes, std::string_view name) {
     for (const auto& attribute : attributes)
         if (attribute.first == name) return &attribute.second;
@@ -27,13 +33,6 @@ const std::string* find(const MarkupAttributes& attributes, std::string_view nam
 std::string value_of(const MarkupAttributes& attributes, std::string_view name) {
     const std::string* value = find(attributes, name);
     return value == nullptr ? std::string() : *value;
-}
-
-// "P" and a decimal number: the mark that stands at the start of each of a host's fragments.
-bool is_pitch_mark(const std::string& name) {
-    if (name.size() < 2 || name[0] != 'P') return false;
-    const std::size_t digits = name[1] == '-' ? 2 : 1;
-    return name.size() > digits && name.find_first_not_of("0123456789", digits) == std::string::npos;
 }
 
 }  // namespace
@@ -58,6 +57,15 @@ void Document::rewind() {
     written_pitch_ = marked_pitch_ = 1;
     any_pitch_mark_ = finished_ = false;
     text_end_ = 0;
+}
+
+// False when all is read.
+bool Document::read_on() {
+    if (finished_) return false;
+    if (reader_->step()) return true;
+    finished_ = true;
+    cutter_.finish();
+    return true;
 }
 
 bool Document::next(Sentence& sentence) {
@@ -87,17 +95,30 @@ bool Document::is_of_signs(const Sentence& first) const {
 }
 
 bool Document::read_sentence(Sentence& sentence) {
-    while (cutter_.ready().empty()) {
-        if (finished_) return false;
-        if (reader_->step()) continue;
-        finished_ = true;
-        cutter_.finish();
-    }
+    while (cutter_.ready().empty())
+        if (!read_on()) return false;
+    if (cutter_.ready().front().begins) find_whole_end();
     sentence = std::move(cutter_.ready().front());
     cutter_.ready().pop_front();
     split_by_script(sentence,
                     [this](Script script, std::uint16_t language) { return script_language(script, language); });
     return true;
+}
+
+// Looks for the last piece of the sentence that the first piece begins.
+void Document::find_whole_end() {
+    auto& pieces = cutter_.ready();
+    Sentence& first = pieces.front();
+    std::size_t characters = first.text.size();
+    const std::size_t limit = first.whole_end + whole_bytes;
+    for (std::size_t i = 1; !pieces[i - 1].ends; ++i) {
+        while (i == pieces.size() && reader_->position() < limit)
+            if (!read_on()) break;
+        if (i == pieces.size() || pieces[i].begins || !pieces[i].has_text()) return;
+        characters += pieces[i].text.size();
+        if (characters > whole_characters) return;
+        first.whole_end = pieces[i].whole_end;
+    }
 }
 
 Document::Kind Document::kind_of(std::string_view name) {
@@ -136,7 +157,7 @@ void Document::start_element(std::string_view name, const MarkupAttributes& attr
     if (kind == Kind::other) return;
     open_.push_back({kind, attributes_, written_pitch_, {}, {}});
     ++open_of_kind_[static_cast<std::size_t>(kind)];
-    if (ends_sentence(kind)) cutter_.end_sentence();
+    if (ends_sentence(kind)) end_sentence(kind == Kind::paragraph);
     if (const std::string* language = find(attributes, "xml:lang")) set_language(*language);
     if (kind == Kind::prosody) set_prosody(attributes);
     if (kind == Kind::emphasis) set_emphasis(attributes);
@@ -151,18 +172,27 @@ void Document::end_element(std::string_view name) {
     const Kind kind = kind_of(name);
     if (kind == Kind::other || open_of_kind_[static_cast<std::size_t>(kind)] == 0) return;
     bool ended = false;
+    bool ended_paragraph = false;
     for (bool found = false; !found;) {
         const Open top = std::move(open_.back());
         open_.pop_back();
         found = top.kind == kind;
         ended |= ends_sentence(top.kind);
+        ended_paragraph |= top.kind == Kind::paragraph;
         if (is_span(top.kind)) close(top, found);
         attributes_ = top.attributes;
         written_pitch_ = top.written_pitch;
         --open_of_kind_[static_cast<std::size_t>(top.kind)];
     }
-    if (ended) cutter_.end_sentence();
+    if (ended) end_sentence(ended_paragraph);
     apply_attributes();
+}
+
+void Document::end_sentence(bool and_paragraph) {
+    if (and_paragraph)
+        cutter_.end_paragraph();
+    else
+        cutter_.end_sentence();
 }
 
 const std::string& Document::language_in_force() const { return tag_of(attributes_.language); }
@@ -293,7 +323,7 @@ void Document::set_say_as(const MarkupAttributes& attributes) {
 void Document::add_mark(const MarkupAttributes& attributes) {
     std::string name = value_of(attributes, "name");
     if (is_pitch_mark(name)) {
-        const auto tenths = static_cast<float>(std::atol(name.c_str() + 1));
+        const long tenths = std::clamp(std::strtol(name.c_str() + 1, nullptr, 10), -1000L, 1000L);
         marked_pitch_ = static_cast<float>(std::exp2(static_cast<double>(tenths) / 10.0));
         any_pitch_mark_ = true;
         cutter_.end_word();
@@ -304,8 +334,9 @@ void Document::add_mark(const MarkupAttributes& attributes) {
 void Document::add_break(const MarkupAttributes& attributes) {
     const std::uint32_t milliseconds =
         break_milliseconds(value_of(attributes, "time"), value_of(attributes, "strength"));
-    // What stands on both sides of a silence is no one word.
-    if (milliseconds > 0) cutter_.end_word();
+    if (milliseconds == 0) return;
+    // What is on both sides of a silence is not one word.
+    cutter_.end_word();
     cutter_.add_pause(milliseconds);
 }
 

@@ -10,10 +10,10 @@
 // Words of another script than the text's language are given the language of that script (scripts.h) when the sentence
 // is complete.
 //
-// Pitch comes twice for a host's fragment: as a mark "P" with tenths of an octave, which the caller applies to the
-// audio, and as `pitch` of a prosody element, which the document's writer makes for the same change. The second must
-// not be heard. What the writer would write follows from the mark and from what it wrote before, so a `pitch` that is
-// exactly that is taken for the writer's, and any other is the host's own and is heard.
+// Pitch comes twice for a host's fragment: as a mark (pitch_mark.h) with tenths of an octave, which the caller applies
+// to the audio, and as `pitch` of a prosody element, which the document's writer makes for the same change. The second
+// must not be heard. What the writer would write follows from the mark and from what it wrote before, so a `pitch` that
+// is exactly that is taken for the writer's, and any other is the host's own and is heard.
 #ifndef TTS_ENGINE_DOCUMENT_H
 #define TTS_ENGINE_DOCUMENT_H
 
@@ -38,7 +38,7 @@ public:
     explicit Document(std::string_view text, std::string voice_language = "en", double voice_pitch = 100,
                       ScriptSettings scripts = {});
 
-    // The next sentence, read as late as can be. False when there is none.
+    // The next sentence, read as late as can be, and up to its end if that is not too far. False when there is none.
     bool next(Sentence& sentence);
 
     // Back to the first sentence.
@@ -98,7 +98,10 @@ private:
     void text(std::string_view text, std::uint32_t begin) override;
     void character(char32_t code, std::uint32_t begin, std::uint32_t end) override;
 
+    bool read_on();
+    void find_whole_end();
     void set_language(std::string_view tag);
+    void end_sentence(bool and_paragraph);
     const std::string& language_in_force() const;
     const std::string& tag_of(std::uint16_t language) const;
     std::uint16_t script_language(Script script, std::uint16_t language);

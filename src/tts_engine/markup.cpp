@@ -122,6 +122,8 @@ public:
     std::size_t understood() const { return understood_; }
     bool in_cdata() const { return in_cdata_; }
 
+    std::size_t position() const { return suspended_ ? understood_ : fed_; }
+
 private:
     // Goes on with what expat has, or gives it more.
     XML_Status parse() {
@@ -261,6 +263,8 @@ public:
         text();
         return true;
     }
+
+    std::size_t position() const { return at_; }
 
 private:
     std::string_view rest() const { return document_.substr(at_); }
@@ -452,6 +456,8 @@ bool MarkupReader::step() {
     expat_.reset();
     return false;
 }
+
+std::size_t MarkupReader::position() const { return expat_ ? expat_->position() : tolerant_->position(); }
 
 void MarkupReader::be_tolerant() {
     if (!expat_) return;

@@ -55,6 +55,9 @@ public:
     // together is linear in the document's size, and one call tells a bounded amount.
     bool step();
 
+    // How many bytes of the document have been read.
+    std::size_t position() const;
+
     // For tests: reads on with the tolerant reader, whatever comes.
     void be_tolerant();
 

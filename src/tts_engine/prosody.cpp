@@ -121,6 +121,7 @@ std::optional<float> volume_from(const std::string& value, float now) {
 std::uint32_t break_milliseconds(const std::string& time, const std::string& strength) {
     constexpr double most = 4294967295.0;
     const auto number = number_from(time);
+    if (number && number->value == 0 && number->unit.empty()) return 0;
     if (number && number->value >= 0 && (number->unit == "ms" || number->unit == "s"))
         return static_cast<std::uint32_t>(std::min(number->value * (number->unit == "s" ? 1000 : 1), most));
     static constexpr std::pair<std::string_view, std::uint32_t> strengths[] = {

@@ -31,7 +31,7 @@ struct Emphasis {
 };
 Emphasis emphasis_from(const std::string& level);
 
-// A break's length: `time` ("250ms", "1.5s") if there is one, otherwise `strength`; both empty is a medium break.
+// A break's length: `time` ("250ms", "1.5s", "0") if there is one, otherwise `strength`; both empty is a medium break.
 std::uint32_t break_milliseconds(const std::string& time, const std::string& strength);
 
 // What the document's writer puts into `pitch` when the factor goes from `before` to `after`.

@@ -13,10 +13,12 @@
 namespace tts {
 namespace {
 
-// Where a sentence that does not end is cut, in characters: behind a comma, at any blank, inside a word.
+// Where a sentence that does not end is cut, in characters: after a comma, at any blank, inside a word, inside what a
+// reader sees as one character (endless combining marks).
 constexpr std::size_t long_at_comma = 300;
 constexpr std::size_t long_at_blank = 500;
-constexpr std::size_t longest = 700;
+constexpr std::size_t long_inside_word = 700;
+constexpr std::size_t longest = 800;
 
 // How far into a span no sentence ends, in characters: one that is never closed must not hold up the rest.
 constexpr std::size_t span_holds = 200;
@@ -142,9 +144,10 @@ void SentenceCutter::add(Character character) {
     if (character.code >= first_to_compose && take_up(character)) return;
     if (is_gap(character.code)) return add_blank(character);
     const bool inside = !current_.text.empty() && is_one_entity(current_.text.back(), character);
+    if (newlines_ >= 2 && !inside) paragraph_ = true;
     if (!inside && ends_before(character.code))
         cut(true);
-    else if (current_.text.size() >= longest && !is_combining(character.code))
+    else if (too_long_at_blank() || too_long_inside(character.code))
         cut(false);
     append_blank_at_border(character);
     start_spans();
@@ -161,10 +164,9 @@ void SentenceCutter::add_blank(Character character) {
         if (layout_ && in_spelled_run()) current_.text.back().code = U'\n';
         return;
     }
-    if (!spelled && too_long_before_blank()) return cut(false);
     if (spelled || in_spelled_run()) start_run();
     append(character);
-    if (spelled && too_long_before_blank()) cut(false);
+    if (spelled && current_.text.size() >= long_inside_word) cut(false);
 }
 
 // Whether a character parts words and nothing more. Where signs are said, those that part words are said too.
@@ -240,11 +242,19 @@ void SentenceCutter::note_blank(char32_t code) {
     if (code == 0x2029) ++newlines_;
 }
 
-bool SentenceCutter::too_long_before_blank() const {
+// Whether the text so far ends in a blank where it is to be cut. What follows the blank is known then: a sentence that
+// ends here is not cut, it ends.
+bool SentenceCutter::too_long_at_blank() const {
     const std::size_t size = current_.text.size();
-    if (size >= long_at_blank) return true;
-    const char32_t last = current_.text.back().code;
-    return size >= long_at_comma && (last == U',' || last == U';' || last == U':');
+    if (size <= long_at_comma || !is_blank(current_.text.back().code)) return false;
+    const char32_t last = current_.text[size - 2].code;
+    return size > long_at_blank || last == U',' || last == U';' || last == U':';
+}
+
+bool SentenceCutter::too_long_inside(char32_t code) const {
+    const std::size_t size = current_.text.size();
+    if (size < long_inside_word) return false;
+    return size >= longest || !is_one_character(current_.text.back().code, code);
 }
 
 bool SentenceCutter::ends_before(char32_t code) const {
@@ -262,6 +272,7 @@ bool SentenceCutter::ends_before(char32_t code) const {
 void SentenceCutter::append(Character character) {
     const char32_t c = character.code;
     const auto index = static_cast<std::uint32_t>(current_.text.size());
+    if (index == 0) current_.begins_paragraph = std::exchange(paragraph_, false);
     current_.text.push_back(character);
     border_ = false;
     if (is_gap(c)) {
@@ -295,7 +306,9 @@ void SentenceCutter::append_blank_at_border(const Character& next) {
     const bool ends_word =
         !is_blank(before) && !joins(before) && !is_opening(before) && (!is_punctuation(before) || before != U'"');
     const bool begins_word = !joins(next.code) && (!is_punctuation(next.code) || is_opening(next.code));
-    if (ends_word && begins_word && !is_combining(next.code)) append({U' ', next.begin, next.begin});
+    if (!ends_word || !begins_word || is_combining(next.code)) return;
+    append({U' ', next.begin, next.begin});
+    if (too_long_at_blank()) cut(false);
 }
 
 void SentenceCutter::add_mark(std::string name) {
@@ -326,6 +339,7 @@ void SentenceCutter::end_word() { border_ = true; }
 
 void SentenceCutter::end_sentence() {
     if (!current_.text.empty()) {
+        move_pauses();
         std::vector<Anchor> here = std::move(current_.anchors);
         current_.anchors.clear();
         cut(true);
@@ -335,6 +349,11 @@ void SentenceCutter::end_sentence() {
         ready_.back().anchors = std::move(here);
     }
     current_.begins = true;
+}
+
+void SentenceCutter::end_paragraph() {
+    end_sentence();
+    paragraph_ = true;
 }
 
 void SentenceCutter::finish() {
@@ -347,15 +366,15 @@ void SentenceCutter::finish() {
 
 // ---- Spans
 
-void SentenceCutter::open_span() { spans_.push_back({false, false, 0}); }
+void SentenceCutter::open_span() { spans_.push_back({false, 0, 0}); }
 
 void SentenceCutter::start_spans() {
     for (auto span = spans_.rbegin(); span != spans_.rend() && !span->started; ++span)
-        *span = {true, false, static_cast<std::uint32_t>(current_.text.size())};
+        *span = {true, piece_, static_cast<std::uint32_t>(current_.text.size())};
 }
 
 bool SentenceCutter::in_span() const {
-    if (spans_.empty() || !spans_.front().started || spans_.front().broken) return false;
+    if (spans_.empty() || !spans_.front().started || is_broken(spans_.front())) return false;
     return current_.text.size() < spans_.front().first + span_holds;
 }
 
@@ -363,7 +382,7 @@ Token SentenceCutter::close_span() {
     if (spans_.empty()) return {0, 0};
     const Span span = spans_.back();
     spans_.pop_back();
-    if (!span.started || span.broken) return {0, 0};
+    if (!span.started || is_broken(span)) return {0, 0};
     auto last = static_cast<std::uint32_t>(current_.text.size());
     while (last > span.first && is_blank(current_.text[last - 1].code)) --last;
     return {span.first, last};
@@ -391,15 +410,6 @@ void SentenceCutter::set_word(Token range) {
 void SentenceCutter::set_spoken(Spoken spoken) {
     auto& all = current_.spoken;
     while (!all.empty() && all.back().last > spoken.first) all.pop_back();
-    // A pause cannot stand inside what is said as a whole.
-    auto& anchors = current_.anchors;
-    auto anchor = std::partition_point(anchors.begin(), anchors.end(),
-                                       [&](const Anchor& one) { return one.position <= spoken.first; });
-    bool paused = false;
-    for (; anchor != anchors.end() && anchor->position < spoken.last; ++anchor) {
-        paused |= anchor->kind == Anchor::Kind::pause;
-        if (paused) anchor->position = spoken.last;
-    }
     // It is said as its first character would be.
     auto& runs = current_.runs;
     while (!runs.empty() && runs.back().first > spoken.first) runs.pop_back();
@@ -412,7 +422,23 @@ void SentenceCutter::set_spoken(Spoken spoken) {
     all.push_back(std::move(spoken));
 }
 
+// A pause cannot be inside what is said as a whole: it moves to its end, and what comes after it with it. This is done
+// once all is known: elements that are closed one around the other would move the same pauses again and again.
+void SentenceCutter::move_pauses() {
+    auto anchor = current_.anchors.begin();
+    const auto end = current_.anchors.end();
+    for (const Spoken& spoken : current_.spoken) {
+        while (anchor != end && anchor->position <= spoken.first) ++anchor;
+        bool paused = false;
+        for (; anchor != end && anchor->position < spoken.last; ++anchor) {
+            paused |= anchor->kind == Anchor::Kind::pause;
+            if (paused) anchor->position = spoken.last;
+        }
+    }
+}
+
 void SentenceCutter::cut(bool next_begins) {
+    move_pauses();
     Sentence next;
     next.begins = next_begins;
     current_.ends = next_begins;
@@ -427,7 +453,8 @@ void SentenceCutter::cut(bool next_begins) {
     current_.signs = named_signs(text, current_.runs);
     current_.tokens = tokens_of(text, words_, current_.signs);
     words_.clear();
-    for (Span& span : spans_) span.broken |= span.started;
+    ++piece_;
+    if (!text.empty()) current_.whole_end = text.back().end;
     ready_.push_back(std::move(current_));
     current_ = std::move(next);
     end_ = End::none;

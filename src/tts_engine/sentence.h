@@ -73,9 +73,11 @@ struct Sentence {
     std::vector<Spoken> spoken;   // in order, apart from each other
     std::vector<Anchor> anchors;  // by position
     std::vector<Token> tokens;
-    std::vector<Token> signs;  // the characters that are said by their names, in order
-    bool begins = true;        // false for what goes on with a sentence that was too long for one piece
-    bool ends = true;          // false if the next piece goes on with it
+    std::vector<Token> signs;       // the characters that are said by their names, in order
+    bool begins = true;             // false for what goes on with a sentence that was too long for one piece
+    bool ends = true;               // false if the next piece goes on with it
+    bool begins_paragraph = false;  // a paragraph ends between it and what is before it
+    std::uint32_t whole_end = 0;    // the byte where the event of a sentence that begins here ends
     bool has_text() const { return !text.empty(); }
 };
 
@@ -83,9 +85,9 @@ struct Sentence {
 //
 // A sentence ends at . ! ? and their kin where a blank follows (where . follows an abbreviation of the language, an
 // initial or a German ordinal, or precedes a small letter, it does not), at the ends of scripts without blanks, at an
-// empty line, and where the document says so. A sentence that does not end is cut at a blank, so that no piece grows
-// without bound. Blanks at both ends of a sentence belong to none. Marks behind a sentence's end stand at the start of
-// the next.
+// empty line, and where the document says so. A sentence that does not end is cut at a blank, or where there is none
+// between characters as a reader sees them, so that no piece grows without bound. Blanks at both ends of a sentence
+// belong to none. Marks behind a sentence's end stand at the start of the next.
 //
 // Text is composed as it arrives (composition.h): a mark and its letter are one character, whose range is that of both.
 // Invisible characters are left out, unless they change how something is read or the text is spelled.
@@ -102,6 +104,7 @@ public:
     void set_language(std::string_view tag);  // of what comes, for its abbreviations; English at the start
     void end_word();                          // a fragment's border: what follows is another word
     void end_sentence();                      // the document says that a sentence ends here
+    void end_paragraph();                     // the same of a paragraph
     void finish();                            // the document ends
 
     // The next character begins a span. Spans nest.
@@ -130,9 +133,12 @@ private:
 
     struct Span {
         bool started;
-        bool broken;  // it lies in two sentences
+        std::uint64_t piece;  // number of the piece where it started
         std::uint32_t first;
     };
+
+    // Whether a span that has started lies in more than the piece in work.
+    bool is_broken(const Span& span) const { return span.piece != piece_; }
 
     void add_blank(Character character);
     void note_blank(char32_t code);
@@ -144,12 +150,14 @@ private:
     bool in_span() const;
     void start_spans();
     bool ends_before(char32_t code) const;
-    bool too_long_before_blank() const;
+    bool too_long_at_blank() const;
+    bool too_long_inside(char32_t code) const;
     bool take_up(Character& character);
     bool is_left_out(char32_t code) const;
     void add_composed(Character character, const Cluster& codes);
     bool join(Character& character);
     void append(Character character);
+    void move_pauses();
     void append_blank_at_border(const Character& next);
     void cut(bool next_begins);
 
@@ -158,6 +166,8 @@ private:
     std::string language_ = "en";
     std::deque<Sentence> ready_;
     std::vector<Span> spans_;
+    std::uint64_t piece_ = 0;   // number of the piece in work
+    bool paragraph_ = false;    // a paragraph has ended since the last text
     std::vector<Token> words_;  // the words that are set, by position
     End end_ = End::none;       // what the text so far ends with, but for closing quotes and brackets
     bool closed_ = false;       // closing quotes or brackets stand behind that end

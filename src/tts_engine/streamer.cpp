@@ -6,6 +6,7 @@
 
 #include "tts_engine/ascii.h"
 #include "tts_engine/characters.h"
+#include "tts_engine/pitch_mark.h"
 #include "tts_engine/signs.h"
 #include "tts_engine/visemes.h"
 
@@ -29,9 +30,7 @@ bool is_comma(char32_t c) {
 // Pauses and glottal stops are silent.
 bool is_heard(std::string_view phoneme) { return !phoneme.empty() && !phoneme.ends_with("ʔ"); }
 
-bool is_pitch(const OutputEvent& event) {
-    return event.type == TTS_EVENT_MARK && !event.mark.empty() && event.mark[0] == 'P';
-}
+bool is_pitch(const OutputEvent& event) { return event.type == TTS_EVENT_MARK && is_pitch_mark(event.mark); }
 
 }  // namespace
 
@@ -131,6 +130,8 @@ bool Streamer::next_sentence() {
     if (sentence_.has_text()) {
         if (sentence_.begins) ++number_;
         silence_ = std::exchange(owed_silence_, 0);
+        if (sentence_.begins_paragraph) silence_ += owed_to_paragraph_;
+        owed_to_paragraph_ = 0;
     }
     position_ = part_end_ = 0;
     next_anchor_ = next_token_ = 0;
@@ -365,21 +366,39 @@ void Streamer::finish_speech() {
     emit_begun_tokens();
     speaking_ = false;
     const std::uint64_t pause = pause_behind_part();
+    if (part_ends_) owe_to_paragraph(pause + owed_silence_);
     if (pause > 0 || part_ends_) emit_viseme("sil");
     silence_ += pause;
+}
+
+// Where the part's text ends, without blanks and closing quotes.
+std::uint32_t Streamer::text_end_of_part() const {
+    const auto& text = sentence_.text;
+    std::uint32_t end = part_end_;
+    while (end > 0 && (is_blank(text[end - 1].code) || is_closing(text[end - 1].code))) --end;
+    return end;
+}
+
+// How many samples a pause at the part's end is, at the rate that holds there.
+std::uint64_t Streamer::pause_of(int milliseconds) const {
+    const std::uint32_t end = text_end_of_part();
+    const float rate = std::max(attributes_at(sentence_, end == 0 ? 0 : end - 1).rate, 0.1f);
+    return static_cast<std::uint64_t>(static_cast<float>(milliseconds) / rate * (espeak_rate / 1000.0f));
+}
+
+// The rest of the longer pause that comes if the next sentence is one of another paragraph.
+void Streamer::owe_to_paragraph(std::uint64_t pause) {
+    const std::uint64_t whole = pause_of(voice_.settings.paragraph_pause);
+    owed_to_paragraph_ = whole - std::min(whole, pause);
 }
 
 // How long the punctuation at the part's end asks to be silent. A sentence that ends without any, as a heading does,
 // asks for it only if another one follows.
 std::uint64_t Streamer::pause_behind_part() {
     const auto& text = sentence_.text;
-    std::uint32_t end = part_end_;
-    while (end > 0 && (is_blank(text[end - 1].code) || is_closing(text[end - 1].code))) --end;
+    const std::uint32_t end = text_end_of_part();
     const char32_t last = end == 0 ? U' ' : text[end - 1].code;
-    const float rate = std::max(attributes_at(sentence_, end == 0 ? 0 : end - 1).rate, 0.1f);
-    const auto samples = [rate](int milliseconds) {
-        return static_cast<std::uint64_t>(static_cast<float>(milliseconds) / rate * (espeak_rate / 1000.0f));
-    };
+    const auto samples = [this](int milliseconds) { return pause_of(milliseconds); };
     if (!part_ends_) return is_comma(last) ? samples(voice_.settings.comma_pause) : 0;
     if (is_full_stop(last) || is_strong_end(last) || is_wide_end(last)) return samples(voice_.settings.sentence_pause);
     if (is_comma(last)) return samples(voice_.settings.comma_pause);
@@ -392,8 +411,9 @@ std::uint64_t Streamer::pause_behind_part() {
 void Streamer::emit_sentence() {
     announced_ = true;
     // A sentence of an element without text stands nowhere.
-    if (sentence_.text.front().begin == sentence_.text.back().end) return;
-    emit({TTS_EVENT_SENTENCE, output_.made(), sentence_.text.front().begin, sentence_.text.back().end, nullptr, {}});
+    const std::uint32_t begin = sentence_.text.front().begin;
+    if (begin == sentence_.whole_end) return;
+    emit({TTS_EVENT_SENTENCE, output_.made(), begin, sentence_.whole_end, nullptr, {}});
 }
 
 void Streamer::emit_viseme(const char* label) {
@@ -415,7 +435,7 @@ std::string Streamer::forget_output() {
     note_pitch_marks(next_anchor_, pitch);
     generation_.stop();
     speaking_ = false;
-    silence_ = owed_silence_ = 0;
+    silence_ = owed_silence_ = owed_to_paragraph_ = 0;
     events_.clear();
     output_.forget();
     return pitch;
@@ -424,7 +444,7 @@ std::string Streamer::forget_output() {
 void Streamer::note_pitch_marks(std::size_t first_anchor, std::string& pitch) const {
     for (std::size_t i = first_anchor; i < sentence_.anchors.size(); ++i) {
         const Anchor& anchor = sentence_.anchors[i];
-        if (anchor.kind == Anchor::Kind::mark && !anchor.name.empty() && anchor.name[0] == 'P') pitch = anchor.name;
+        if (anchor.kind == Anchor::Kind::mark && is_pitch_mark(anchor.name)) pitch = anchor.name;
     }
 }
 

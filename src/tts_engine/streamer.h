@@ -78,6 +78,9 @@ private:
     void make_silence(std::size_t count);
     void finish_speech();
     std::uint64_t pause_behind_part();
+    std::uint64_t pause_of(int milliseconds) const;
+    std::uint32_t text_end_of_part() const;
+    void owe_to_paragraph(std::uint64_t pause);
     tts_wave* deliver(std::size_t count);
     tts_wave* deliver_rest();
     std::size_t samples_before_new_pitch(std::size_t count) const;
@@ -108,12 +111,13 @@ private:
     bool speaking_ = false;
     bool announced_ = false;  // the sentence's event is out
     bool ended_ = false;
-    bool awaited_ = true;             // somebody waits for the first sound, of all or after a jump
-    bool broken_ = false;             // a call was left by an exception
-    std::uint64_t silence_ = 0;       // of a pause still to come, in samples of espeak-ng's, as the next two
-    std::uint64_t owed_silence_ = 0;  // that comes if another sentence does
-    std::uint64_t part_taken_ = 0;    // of the part's audio
-    bool part_ends_ = true;           // the part ends a sentence
+    bool awaited_ = true;                  // somebody waits for the first sound, of all or after a jump
+    bool broken_ = false;                  // a call was left by an exception
+    std::uint64_t silence_ = 0;            // of a pause still to come, in samples of espeak-ng's, as the next two
+    std::uint64_t owed_silence_ = 0;       // that comes if another sentence does
+    std::uint64_t owed_to_paragraph_ = 0;  // and that if it begins a paragraph
+    std::uint64_t part_taken_ = 0;         // of the part's audio
+    bool part_ends_ = true;                // the part ends a sentence
     bool part_heard_ = false;         // a sample of it was not 0
     float gain_ = 1;
     Utterance utterance_;

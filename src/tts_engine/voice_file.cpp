@@ -29,7 +29,8 @@ constexpr NumberKey number_keys[] = {{"rate", &VoiceSettings::rate, 80, 450},
                                      {"range", &VoiceSettings::range, 0, 99},
                                      {"volume", &VoiceSettings::volume, 0, 200},
                                      {"sentence-pause", &VoiceSettings::sentence_pause, 0, 5000},
-                                     {"comma-pause", &VoiceSettings::comma_pause, 0, 5000}};
+                                     {"comma-pause", &VoiceSettings::comma_pause, 0, 5000},
+                                     {"paragraph-pause", &VoiceSettings::paragraph_pause, 0, 5000}};
 
 std::string quoted(std::string_view text) {
     std::string result(1, '"');
@@ -104,7 +105,7 @@ void set(VoiceSettings& settings, std::string_view key, std::string_view value, 
     }
     place.fail("unknown key " + quoted(key) +
                "; known are language, variant, rate, pitch, range, volume, "
-               "sentence-pause, comma-pause, scripts and script-Xxxx");
+               "sentence-pause, paragraph-pause, comma-pause, scripts and script-Xxxx");
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 //     volume    percent, 0 to 200; 100
 //
 //     sentence-pause  silence behind a sentence, in ms at the voice's own rate, 0 to 5000; 250
+//     paragraph-pause  the same between paragraphs, if it is longer; 500
 //     comma-pause     behind , ; : and dashes where what espeak-ng gets at a time ends, likewise; 100
 //
 //     scripts          switch: words of another script are spoken with that script's language; own: by the voice;
@@ -43,6 +44,7 @@ struct VoiceSettings {
     int volume = 100;
     int sentence_pause = 250;
     int comma_pause = 100;
+    int paragraph_pause = 500;
     ScriptSettings scripts;
 };
 

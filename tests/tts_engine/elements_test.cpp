@@ -35,6 +35,21 @@ TEST(Break, of_nothing_leaves_the_sound) {
                 speak("<speak>One. Two.</speak>").samples);
 }
 
+TEST(Break, of_nothing_is_as_if_it_were_not_there) {
+    const Speech without = speak("<speak>One two three, four.</speak>");
+    for (const char* attribute : {"time=\"0\"", "time=\"0s\"", "time=\"0ms\"", "strength=\"none\"", "time=\"0.3ms\""}) {
+        const std::string pause = "<break " + std::string(attribute) + "/>";
+        for (const std::string& text : {"One two " + pause + "three, four.", "One two" + pause + " three, four.",
+                                        pause + "One two three," + pause + pause + " four." + pause}) {
+            const Speech speech = speak("<speak>" + text + "</speak>");
+            EXPECT_TRUE(speech.samples == without.samples) << text;
+            EXPECT_EQ(speech.visemes(), without.visemes()) << text;
+            EXPECT_EQ(speech.words(), without.words()) << text;
+            EXPECT_EQ(speech.sentences().size(), 1u) << text;
+        }
+    }
+}
+
 TEST(Break, strengths_grow) {
     double before = -1;
     for (const char* strength : {"none", "x-weak", "weak", "medium", "strong", "x-strong"}) {

@@ -74,6 +74,20 @@ TEST(Marks, new_pitch_starts_a_record) {
     EXPECT_TRUE(found);
 }
 
+TEST(Marks, whose_name_begins_with_p_and_is_no_number_start_no_record) {
+    const TestVoice voice;
+    const auto sizes_with = [&](const std::string& name) {
+        return speak(voice, document_of("One two three <mark name=\"" + name + "\"/>four five six")).record_sizes;
+    };
+    const auto usual = sizes_with("Bpage");
+    for (const char* name : {"Page1", "P", "P-", "P1a", "Price 5"}) EXPECT_EQ(sizes_with(name), usual) << name;
+    EXPECT_NE(sizes_with("P10"), usual);
+}
+
+TEST(Marks, whose_name_begins_with_p_arrive_without_audio_if_they_are_no_number) {
+    EXPECT_EQ(speak("<speak><mark name=\"Page1\"/><mark name=\"P1\"/></speak>").marks(), Texts{"Page1"});
+}
+
 TEST(Visemes, begin_and_end_with_silence) {
     const Texts visemes = speak("<speak>Hello. Good bye</speak>").visemes();
     ASSERT_GT(visemes.size(), 4u);

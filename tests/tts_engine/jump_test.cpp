@@ -116,6 +116,12 @@ TEST(Jump, pitch_mark_that_was_passed_over_is_given) {
     EXPECT_EQ(jump_at(text, "Third", -2).marks(), (Texts{"P0", "P7"}));
 }
 
+TEST(Jump, bookmark_that_is_no_pitch_mark_is_not_given_again) {
+    const std::string text =
+        "<speak xml:lang=\"en\"><mark name=\"P5\"/>First here. <mark name=\"Page1\"/>Second here. Third here.</speak>";
+    EXPECT_EQ(jump_at(text, "First", 2).marks(), Texts{"P5"});
+}
+
 TEST(Jump, many_times_does_no_harm) {
     const TestVoice voice;
     tts_streamer streamer = tts_streamer_start(voice, document.c_str(), -1.0f);

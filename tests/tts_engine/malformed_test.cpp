@@ -51,8 +51,8 @@ TEST(Malformed, elements_closed_in_the_wrong_order) {
 
 TEST(Malformed, element_closed_from_outside_ends_its_effect) {
     const std::string text = "This is a sentence of some length.";
-    const Speech speech = speak("<speak><p><prosody rate=\"3.00\">Fast.</p>" + text + "</speak>");
-    EXPECT_NEAR(speech.seconds() - speak("<speak><p><prosody rate=\"3.00\">Fast.</p></speak>").seconds(),
+    const Speech speech = speak("<speak><s><prosody rate=\"3.00\">Fast.</s>" + text + "</speak>");
+    EXPECT_NEAR(speech.seconds() - speak("<speak><s><prosody rate=\"3.00\">Fast.</s></speak>").seconds(),
                 speak("<speak>" + text + "</speak>").seconds(), 0.01);
 }
 

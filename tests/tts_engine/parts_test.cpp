@@ -3,6 +3,7 @@
 
 #include "tts_engine/characters.h"
 #include "tts_engine/output_stage.h"
+#include "tts_engine/pitch_mark.h"
 #include "tts_engine/prosody.h"
 #include "tts_engine/sentence.h"
 #include "tts_engine/visemes.h"
@@ -115,6 +116,80 @@ TEST(Cutter, long_text_is_cut_at_blanks) {
     }
 }
 
+TEST(Cutter, long_text_of_fragments_without_blanks_is_cut_at_their_borders) {
+    tts::SentenceCutter cutter;
+    for (int i = 0; i < 300; ++i) {
+        cutter.end_word();
+        for (const char c : std::string("word")) cutter.add({static_cast<unsigned char>(c), 0, 0});
+    }
+    cutter.finish();
+    EXPECT_GT(cutter.ready().size(), 2u);
+    for (const tts::Sentence& piece : cutter.ready()) {
+        EXPECT_LE(piece.text.size(), 504u);
+        EXPECT_EQ(piece.text.size() % 5, 4u);  // whole words with a blank between
+    }
+}
+
+TEST(Cutter, text_without_a_blank_is_cut_between_characters) {
+    // Each "letter" is one to a reader; a piece of 700 characters or a few more ends after a whole one.
+    const std::u32string letters[] = {U"e\u0301\u0327", U"\U0001F469\u200D\U0001F680", U"\U0001F44D\U0001F3FD",
+                                      U"\u1100\u1161\u11A8"};
+    for (const std::u32string& letter : letters) {
+        std::string text;
+        for (int i = 0; i < 1000; ++i)
+            for (const char32_t c : letter) tts::append_utf8(text, c);
+        const auto pieces = cut(text);
+        EXPECT_GT(pieces.size(), 2u);
+        for (const tts::Sentence& piece : pieces) {
+            EXPECT_EQ(piece.text.size() % letter.size(), 0u);
+            EXPECT_LE(piece.text.size(), 700 + letter.size());
+        }
+    }
+}
+
+TEST(Cutter, endless_combining_marks_are_cut_too) {
+    std::string text = "a";
+    for (int i = 0; i < 10000; ++i) text += "\xCC\x81";
+    std::size_t characters = 0;
+    for (const tts::Sentence& piece : cut(text)) {
+        EXPECT_LE(piece.text.size(), 800u);
+        characters += piece.text.size();
+    }
+    EXPECT_EQ(characters, 10001u);
+}
+
+TEST(Cutter, empty_line_after_the_cut_of_a_long_text_begins_a_sentence) {
+    // 300 characters up to the comma, where the text is cut.
+    const auto pieces = cut(std::string(299, 'a') + ",\n\nNext");
+    ASSERT_EQ(pieces.size(), 2u);
+    EXPECT_TRUE(pieces[0].ends);
+    EXPECT_TRUE(pieces[1].begins);
+    EXPECT_TRUE(pieces[1].begins_paragraph);
+}
+
+TEST(Cutter, long_text_that_ends_where_it_could_be_cut_is_not_cut) {
+    for (const std::string end : {",", "."}) {
+        tts::SentenceCutter cutter;
+        for (int i = 0; i < 600; ++i) cutter.add({U'a', 0, 0});
+        cutter.add({static_cast<unsigned char>(end[0]), 0, 0});
+        cutter.add({U' ', 0, 0});
+        if (end == ",") cutter.end_sentence();
+        cutter.add({U'B', 0, 0});
+        cutter.finish();
+        ASSERT_EQ(cutter.ready().size(), 2u);
+        EXPECT_TRUE(cutter.ready()[0].ends);
+        EXPECT_TRUE(cutter.ready()[1].begins);
+    }
+}
+
+TEST(PitchMark, is_p_and_a_number_and_nothing_else) {
+    for (const char* name : {"P0", "P10", "P-3", "P+7", "P00012345678901234567890"})
+        EXPECT_TRUE(tts::is_pitch_mark(name)) << name;
+    for (const char* name :
+         {"", "P", "P-", "P+", "Page1", "P1a", "P 1", "P1 ", "P1.5", "P--1", "p1", "BP1", "1", "P\xD9\xA1"})
+        EXPECT_FALSE(tts::is_pitch_mark(name)) << name;
+}
+
 TEST(Prosody, rate_values) {
     EXPECT_FLOAT_EQ(*tts::rate_from("1.40", 1), 1.4f);
     EXPECT_FLOAT_EQ(*tts::rate_from("140%", 2), 1.4f);
@@ -164,7 +239,9 @@ TEST(Prosody, volume_values) {
 TEST(Prosody, break_values) {
     EXPECT_EQ(tts::break_milliseconds("250ms", "strong"), 250u);
     EXPECT_EQ(tts::break_milliseconds("1.5s", ""), 1500u);
-    EXPECT_EQ(tts::break_milliseconds("0ms", ""), 0u);
+    for (const char* time : {"0ms", "0s", "0", "0.0", " 0 "})
+        EXPECT_EQ(tts::break_milliseconds(time, "strong"), 0u) << time;
+    EXPECT_EQ(tts::break_milliseconds("7", "strong"), 700u);
     EXPECT_EQ(tts::break_milliseconds("", "none"), 0u);
     EXPECT_EQ(tts::break_milliseconds("", ""), 400u);
     EXPECT_EQ(tts::break_milliseconds("nonsense", "strong"), 700u);
@@ -196,7 +273,7 @@ TEST(Viseme, of_ipa_names) {
 TEST(VoiceFile, keys_comments_and_blanks) {
     const tts::VoiceSettings settings = tts::parse_voice_file(
         "\xEF\xBB\xBF# a comment\r\n  language =  en-us \r\n\r\nvariant=f2\nrate = 200\npitch = 60\nrange= 70\nvolume "
-        "=80\nsentence-pause = 300\ncomma-pause = 0",
+        "=80\nsentence-pause = 300\ncomma-pause = 0\nparagraph-pause = 900",
         "file");
     EXPECT_EQ(settings.language, "en-us");
     EXPECT_EQ(settings.variant, "f2");
@@ -206,12 +283,13 @@ TEST(VoiceFile, keys_comments_and_blanks) {
     EXPECT_EQ(settings.volume, 80);
     EXPECT_EQ(settings.sentence_pause, 300);
     EXPECT_EQ(settings.comma_pause, 0);
+    EXPECT_EQ(settings.paragraph_pause, 900);
 }
 
 TEST(VoiceFile, faults_are_told_with_their_line) {
     EXPECT_EQ(message_of("language = de\nspeed = 5"),
               "file:2: unknown key \"speed\"; known are language, variant, rate, pitch, range, volume, sentence-pause, "
-              "comma-pause, scripts and script-Xxxx");
+              "paragraph-pause, comma-pause, scripts and script-Xxxx");
     EXPECT_EQ(message_of("language = de\n\nrate = 12x"), "file:3: rate must be a number from 80 to 450, not \"12x\"");
     EXPECT_EQ(message_of("language = de\nrate = 451"), "file:2: rate must be a number from 80 to 450, not \"451\"");
     EXPECT_EQ(message_of("what"), "file:1: expected \"key = value\", not \"what\"");

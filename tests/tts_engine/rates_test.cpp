@@ -108,6 +108,38 @@ TEST(Silence, between_sentences_is_what_the_voice_says) {
     EXPECT_NEAR(long_pauses - short_pauses, 3, 0.001);
 }
 
+TEST(Silence, between_paragraphs_is_longer_than_between_sentences) {
+    const double sentences = spoken("", "<speak><s>One.</s><s>Two.</s></speak>").seconds();
+    for (const char* text :
+         {"<speak><p>One.</p><p>Two.</p></speak>", "<speak><p><s>One.</s></p><p><s>Two.</s></p></speak>",
+          "<speak>One.<p>Two.</p></speak>", "<speak><p>One.</p>Two.</speak>", "One.\n\nTwo.",
+          "<speak><s>One.</s>\n\n<s>Two.</s></speak>"})
+        EXPECT_NEAR(spoken("", text).seconds() - sentences, 0.25, 0.001) << text;
+}
+
+TEST(Silence, between_paragraphs_is_what_the_voice_says) {
+    const std::string text = "<speak><p>One.</p><p>Two.</p></speak>";
+    const double sentences = spoken("", "<speak><s>One.</s><s>Two.</s></speak>").seconds();
+    EXPECT_NEAR(spoken("paragraph-pause = 1250", text).seconds() - sentences, 1, 0.001);
+    // But it is not shorter than between sentences.
+    EXPECT_NEAR(spoken("paragraph-pause = 0", text).seconds() - sentences, 0, 0.001);
+    // Faster speech has shorter ones.
+    const std::string fast = "<speak><prosody rate=\"2\"><p>One.</p><p>Two.</p></prosody></speak>";
+    EXPECT_NEAR(spoken("paragraph-pause = 1250", fast).seconds() - spoken("paragraph-pause = 250", fast).seconds(), 0.5,
+                0.001);
+}
+
+TEST(Silence, between_paragraphs_does_not_need_punctuation) {
+    const double alone = spoken("", "Hello").seconds();
+    EXPECT_NEAR(spoken("", "<speak><p>Hello</p><p>Hello</p></speak>").seconds(), 2 * alone + 0.5, 0.005);
+    EXPECT_NEAR(spoken("", "<speak><p>Hello,</p><p>Hello</p></speak>").seconds(), 2 * alone + 0.5, 0.02);
+}
+
+TEST(Silence, of_a_paragraph_is_not_at_the_start_or_the_end) {
+    EXPECT_EQ(spoken("", "<speak>\n\n<p><p>Hello.</p></p>\n\n</speak>").samples.size(),
+              spoken("", "<speak>Hello.</speak>").samples.size());
+}
+
 TEST(Silence, faster_speech_has_shorter_pauses) {
     const Speech speech = spoken("sentence-pause = 300", "<speak><prosody rate=\"2\">Hello.</prosody></speak>");
     EXPECT_NEAR(milliseconds(silent_end(speech)), 150, 2);

@@ -56,6 +56,7 @@ void* __wrap_realloc(void* block, std::size_t size) { return fails(size) ? nullp
 WATCHED(XML_Parser, XML_ParserCreate, (const XML_Char* encoding), (encoding))
 WATCHED(XML_Parser, XML_ParserCreateNS, (const XML_Char* encoding, XML_Char separator), (encoding, separator))
 WATCHED(XML_Status, XML_Parse, (XML_Parser parser, const char* text, int size, int last), (parser, text, size, last))
+WATCHED(XML_Status, XML_ResumeParser, (XML_Parser parser), (parser))
 WATCHED(sonicStream, sonicCreateStream, (int rate, int channels), (rate, channels))
 WATCHED(int, sonicWriteShortToStream, (sonicStream stream, const short* samples, int count), (stream, samples, count))
 WATCHED(int, sonicFlushStream, (sonicStream stream), (stream))
