@@ -238,6 +238,17 @@ TEST(Languages, words_are_on_time) {
     EXPECT_LT(off.size() * 25, measured) << ::testing::PrintToString(off);
 }
 
+// Words of the Burmese dictionary that have the mark of a replacement and no replacement took the rest of the line, which
+// overran the stack.
+TEST(Languages, a_long_line_of_burmese_words_has_all_its_events) {
+    const TestVoice voice("my-22i");
+    std::string line;
+    for (int i = 0; i < 5; ++i) line += "လူတိုင်းသည် တူညီ လွတ်လပ်သော ဂုဏ်သိက္ခာဖြင့် လည်းကောင်း ";
+    const Speech speech = speak(voice, document_of("<lang xml:lang=\"my\">" + line + "</lang>"));
+    EXPECT_EQ(speech.words().size(), 25u);
+    EXPECT_GT(speech.loudness(), 100);
+}
+
 TEST(Languages, visemes_begin_and_end_with_silence) {
     for (const std::string& language : languages()) {
         const Texts visemes = speech_in(language).visemes();
