@@ -63,7 +63,7 @@ tts_wave* Streamer::next_record(std::uint32_t count) {
         if (silence_ > 0) {
             make_silence(missing);
         } else if (speaking_) {
-            pull_speech(missing);
+            pull_speech();
         } else if (!next_part()) {
             // A record holds no part of two sentences.
             output_.end_sound();
@@ -260,10 +260,10 @@ bool Streamer::is_same_voice(std::uint16_t one, std::uint16_t other) {
 
 // ---- Speech
 
-void Streamer::pull_speech(std::size_t count) {
+void Streamer::pull_speech() {
     new_samples_.clear();
     new_events_.clear();
-    if (generation_.pull(count, new_samples_, new_events_)) return take_speech(new_samples_, new_events_);
+    if (generation_.pull(new_samples_, new_events_)) return take_speech(new_samples_, new_events_);
     if (!part_heard_ && name_silent_character()) return;
     finish_speech();
 }

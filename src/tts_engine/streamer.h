@@ -63,7 +63,7 @@ private:
     void start_speech(std::uint32_t end);
     void start_utterance();
     bool name_silent_character();
-    void pull_speech(std::size_t count);
+    void pull_speech();
     void take_speech(const std::vector<std::int16_t>& samples, const std::vector<SpeechEvent>& events);
     void speak_as(const Attributes& attributes);
     void keep_events_before_end();

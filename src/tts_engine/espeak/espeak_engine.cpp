@@ -26,7 +26,9 @@ static_assert(static_cast<int>(SpeechEvent::Kind::phoneme) == ESPEAK_STEPPER_PHO
 
 namespace {
 
-constexpr std::size_t samples_per_drain_step = 4096;
+// espeak-ng always computes this many samples at a time, whatever a caller asks for: what it computes depends a little
+// on where its buffer ends. It is 12 ms, so that a first record of 20 ms costs little more than itself.
+constexpr std::size_t samples_per_step = 256;
 
 // What a piece gets that makes room for a first sound: a second.
 constexpr std::size_t samples_for_leaving = 22050;
@@ -286,13 +288,13 @@ void Generation::begin() {
 }
 
 // One step of this piece, which is in work. What the owner does not have yet comes to its buffers.
-void Generation::advance(std::size_t count) {
+void Generation::advance() {
     State& engine = state();
     const std::size_t before = samples_.size();
-    samples_.resize(before + count);
+    samples_.resize(before + samples_per_step + ESPEAK_STEPPER_OVERSHOOT);
     Collector collector{&events_, position_, produced_events_ - std::min(produced_events_, position_events_)};
     int done = 0;
-    const std::size_t made = espeak_stepper_fill(samples_.data() + before, count, collect, &collector, &done);
+    const std::size_t made = espeak_stepper_fill(samples_.data() + before, samples_per_step, collect, &collector, &done);
     const auto known =
         static_cast<std::size_t>(std::min<std::uint64_t>(made, produced_ - std::min(produced_, position_)));
     const auto first = samples_.begin() + static_cast<std::ptrdiff_t>(before);
@@ -310,11 +312,11 @@ void Generation::advance(std::size_t count) {
 }
 
 // Moves the piece in work on, whoever owns it.
-void Generation::advance_piece_in_work(std::size_t count) {
+void Generation::advance_piece_in_work() {
     State& engine = state();
     Generation& owner = *engine.in_work;
     try {
-        owner.advance(count);
+        owner.advance();
     } catch (const std::bad_alloc&) {
         // It is told to the owner, who is not the one that called here.
         owner.leave();
@@ -328,13 +330,13 @@ void Generation::make_room(Turn& turn) {
     State& engine = state();
     if (turn.is_first()) {
         for (std::size_t made = 0; engine.in_work != nullptr && made < samples_for_leaving;
-             made += samples_per_drain_step)
-            advance_piece_in_work(samples_per_drain_step);
+             made += samples_per_step)
+            advance_piece_in_work();
         if (engine.in_work != nullptr) engine.in_work->leave();
         return;
     }
     while (engine.in_work != nullptr) {
-        advance_piece_in_work(samples_per_drain_step);
+        advance_piece_in_work();
         turn.give_way();
     }
 }
@@ -450,7 +452,7 @@ void Generation::start(SpeechRequest request) {
     unfinished_ = true;
 }
 
-bool Generation::pull(std::size_t count, std::vector<std::int16_t>& samples, std::vector<SpeechEvent>& events) {
+bool Generation::pull(std::vector<std::int16_t>& samples, std::vector<SpeechEvent>& events) {
     Turn turn(is_first());
     if (lost_) throw std::bad_alloc();
     const bool more = unfinished_ || !samples_.empty() || !events_.empty();
@@ -460,7 +462,7 @@ bool Generation::pull(std::size_t count, std::vector<std::int16_t>& samples, std
             begin();
         }
         const bool again = position_ < produced_;
-        advance(again ? samples_per_drain_step : count);
+        advance();
         if (again) turn.give_way();
     }
     if (lost_) throw std::bad_alloc();

@@ -75,19 +75,19 @@ public:
     // Drops what is left of the piece.
     void stop();
 
-    // Appends at least one and, but for what is there already, at most `count` new samples, and the events that came
-    // with them. False when the piece has no more; nothing is appended then. Throws std::bad_alloc, also if another
-    // thread found no memory for the rest of this piece.
-    bool pull(std::size_t count, std::vector<std::int16_t>& samples, std::vector<SpeechEvent>& events);
+    // Appends the next samples, about 12 ms, and the events that came with them; if another thread has finished the
+    // piece, appends all that is left. Returns false when the piece has no more, and appends nothing then. Throws
+    // std::bad_alloc, also if another thread found no memory for the rest of this piece.
+    bool pull(std::vector<std::int16_t>& samples, std::vector<SpeechEvent>& events);
 
 private:
     friend class EspeakEngine;
     class Turn;
     static void make_room(Turn& turn);
-    static void advance_piece_in_work(std::size_t count);
+    static void advance_piece_in_work();
     bool is_first() const;
     void begin();
-    void advance(std::size_t count);
+    void advance();
     void leave();
 
     SpeechRequest request_;

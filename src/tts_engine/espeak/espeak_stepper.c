@@ -171,7 +171,7 @@ size_t espeak_stepper_fill(int16_t* samples, size_t capacity, espeak_stepper_sin
         WavegenFill();
         // A clause is read when all of the one before has become sound, its echo too. Were the echo cut where a buffer
         // happens to end, a text would sound different for each size of buffers.
-        if (Generate(phoneme_list, &n_phoneme_list, 1) != 0 || WcmdqUsed() != 0 || out_ptr == out_end) continue;
+        if (Generate(phoneme_list, &n_phoneme_list, 1) != 0 || WcmdqUsed() != 0 || out_ptr >= out_end) continue;
         WavegenEndEcho();
         if (SpeakNextClause(1) == 0) *done = 1;
     }

@@ -79,8 +79,11 @@ void espeak_stepper_end(void);
 // text is done or dropped. It is spoken by the voice that was set last. 0 on success.
 int espeak_stepper_begin(const char* text, const espeak_stepper_settings* settings);
 
-// Writes up to `capacity` samples and returns how many. Fewer than asked for only when the text is done, and then
-// `*done` is set to 1.
+// Writes at least `capacity` samples and returns how many. A Klatt generator finishes its frame, so there may be up to
+// ESPEAK_STEPPER_OVERSHOOT more than `capacity`, and `samples` has room for them. There are fewer only when the text is
+// done, and then `*done` is set to 1. The samples depend on `capacity` (a generator starts some of its calculations again
+// with each call), so the caller uses one value always.
+#define ESPEAK_STEPPER_OVERSHOOT 64
 size_t espeak_stepper_fill(int16_t* samples, size_t capacity, espeak_stepper_sink sink, void* context, int* done);
 
 // Tells of each phoneme of the voice that was set last that can be said: its mnemonic and its name in IPA.
