@@ -22,8 +22,7 @@ if(NOT WIN32)
   target_link_libraries(dep_espeak INTERFACE m)
 endif()
 
-target_link_libraries(tts_engine_objects PUBLIC nelva_options dep_espeak dep_expat dep_sonic dep_samplerate
-                                                dep_utf8proc)
+target_link_libraries(tts_engine_objects PUBLIC nelva_options dep_espeak dep_expat dep_samplerate dep_utf8proc)
 target_compile_definitions(tts_engine_objects PRIVATE TTS_ENGINE_BUILDING)
 
 # These files drive espeak-ng from inside: they need its internal headers and their dialect of C.

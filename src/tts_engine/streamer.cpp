@@ -68,7 +68,9 @@ tts_wave* Streamer::next_record(std::uint32_t count) {
             // A record holds no part of two sentences.
             output_.end_sound();
             if (!output_.ready().empty()) return deliver(std::min(wanted, output_.ready().size()));
-            if (!next_sentence()) return deliver_rest();
+            if (next_sentence()) continue;
+            output_.end_all();
+            if (output_.ready().empty()) return deliver_rest();
         }
     }
 }
@@ -313,7 +315,6 @@ void Streamer::take_samples(const std::int16_t* samples, std::size_t count) {
 void Streamer::speak_as(const Attributes& attributes) {
     gain_ = attributes.volume * static_cast<float>(voice_.settings.volume) / 100;
     output_.set_speed(stretch_of(voice_.settings, attributes, utterance_.rate));
-    keep_events_before_end();
 }
 
 // What was reckoned or held back may have become less sound: no event stands behind its end.

@@ -1,53 +1,79 @@
-// Speech made faster or slower than espeak-ng can.
+// Speech made faster or slower than espeak-ng can, while its pitch stays.
 //
-// espeak-ng speaks 80 to 450 words a minute. Beyond that its sound is stretched by Sonic, which keeps the pitch. Sound
-// of one speed is a stretch of its own; between two the sound is whole.
+// espeak-ng speaks 80 to 450 words a minute, and all of a text at one rate. For other rates whole pitch periods of its
+// sound are left out or repeated, and each border is a cross-fade between two periods that are alike. So there is never
+// a step, at a change of speed either: the sound goes on at the sample where it is, and only the next periods are left
+// out or repeated more or less often.
+//
+// Where a sample of the input comes in the output is known beforehand: the output has position() samples for what was
+// put, calculated from the speeds alone. The sound itself keeps to that within about one pitch period.
 #ifndef TTS_ENGINE_STRETCH_H
 #define TTS_ENGINE_STRETCH_H
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
+#include <deque>
+#include <span>
 #include <vector>
-
-struct sonicStreamStruct;
 
 namespace tts {
 
 class Stretch {
 public:
-    Stretch() = default;
-
     // The nearest speed that there is: 0.05 to 20.
     static double possible(double speed);
 
-    // The speed of what comes from now on, as far as possible; 1 passes samples on as they are. What is held back of
-    // the samples before goes to `out`.
-    void set_speed(double speed, std::vector<std::int16_t>& out);
+    // The speed of the samples that are put from now on. At 1 samples pass as they are.
+    void set_speed(double speed);
 
-    // Takes samples and appends to `out` what has become of them and those before. Throws std::bad_alloc.
-    void put(const std::int16_t* samples, std::size_t count, std::vector<std::int16_t>& out);
+    // Takes samples and appends to `out` the output that is certain. It looks 31 ms ahead at speeds other than 1.
+    void put(std::span<const std::int16_t> samples, std::vector<std::int16_t>& out);
 
-    // Appends what is held back.
-    void flush(std::vector<std::int16_t>& out);
+    // All of the sound was put: appends the rest, so that all of the output together has position() samples; a few more
+    // if they are out already. What is put then is another sound, at speed 1.
+    void finish(std::vector<std::int16_t>& out);
 
-    // Drops what is held back; the speed is 1.
+    // Forgets what was put; the speed is 1.
     void reset();
 
-    bool is_active() const { return speed_ != 1; }
+    // How many samples of output belong to what was put since the last finish() or reset(), and `more` samples.
+    std::uint64_t position(std::uint64_t more = 0) const;
+
+    // Whether there is anything to do but to pass samples on.
+    bool is_active() const { return active_; }
 
 private:
-    struct Destroy {
-        void operator()(sonicStreamStruct* stream) const;
+    // From an input sample on one speed holds, and this is the output sample that belongs to it.
+    struct Change {
+        std::uint64_t sample;
+        double position;
+        double speed;
     };
 
-    void feed(std::vector<std::int16_t>& out);
-    void drain(std::vector<std::int16_t>& out);
+    static double position_in(const Change& change, std::uint64_t sample);
+    std::uint64_t end_of_speed() const;
+    void work(std::uint64_t limit, std::vector<std::int16_t>& out);
+    void copy(std::uint64_t count, std::vector<std::int16_t>& out);
+    std::uint64_t samples_to_copy(double late, double period) const;
+    void say(std::size_t first, std::size_t last, std::vector<std::int16_t>& out);
+    void leave_out(double late, std::size_t period, std::vector<std::int16_t>& out);
+    void repeat(double late, std::size_t period, std::vector<std::int16_t>& out);
+    void cross_fade(std::size_t from, std::size_t to, std::size_t count, std::vector<std::int16_t>& out);
+    void forget_used_input();
 
-    std::unique_ptr<sonicStreamStruct, Destroy> stream_;
-    std::vector<std::int16_t> held_;  // not yet given to Sonic
-    double speed_ = 1;
+    std::deque<Change> changes_{{0, 0, 1}};  // the first holds at the next sample of input to be used
+    std::vector<std::int16_t> input_;        // what may still be looked at
+    std::size_t next_ = 0;                   // of it, the next sample to be used
+    std::uint64_t used_ = 0;                 // samples of input before that one
+    std::uint64_t put_ = 0;                  // samples of input in all
+    std::uint64_t made_ = 0;                 // samples of output
+    bool active_ = false;
 };
+
+// The pitch period at the start of a sound, in samples; a likely one for a sound without pitch. The sound is at least
+// 2 * longest_period samples.
+constexpr std::size_t longest_period = 339;  // 65 Hz
+std::size_t pitch_period(std::span<const std::int16_t> sound);
 
 }  // namespace tts
 

@@ -95,6 +95,13 @@ TEST(Silence, behind_a_sentence_is_what_the_voice_says) {
     EXPECT_NEAR(milliseconds(silent_end(spoken("comma-pause = 70", "Hello,"))), 70, 2);
 }
 
+// espeak-ng itself is silent for more than half a second after this at a slow rate, which is left out as well.
+TEST(Silence, behind_slow_speech_is_what_the_voice_says) {
+    const std::string slow = "<speak><prosody rate=\"0.2\">He said: \"No.\"</prosody></speak>";
+    EXPECT_NEAR(milliseconds(silent_end(spoken("sentence-pause = 300", slow))), 1500, 2);
+    EXPECT_NEAR(milliseconds(silent_end(spoken("rate = 80\nsentence-pause = 100", slow))), 500, 2);
+}
+
 TEST(Silence, without_punctuation_there_is_none_at_the_end_but_one_between) {
     EXPECT_LT(milliseconds(silent_end(spoken("", "Hello"))), 2);
     const double alone = spoken("", "Hello").seconds();

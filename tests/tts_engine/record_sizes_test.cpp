@@ -63,7 +63,7 @@ std::string voice_of(const std::string& language, const std::string& variant) {
 }  // namespace
 
 TEST(RecordSizes, every_rate_of_speech_and_of_samples_is_the_same_in_all) {
-    for (const char* rate : {"0.2", "0.45", "0.7", "1", "1.3", "2", "5"})
+    for (const char* rate : {"0.2", "0.7", "1", "1.3", "5"})
         for (const char* name : {"22i", "16i-mf", "8v"}) {
             const TestFile file(name, voice_of("en-us", ""));
             const TestVoice voice(TTS_TEST_DATA, file.name());

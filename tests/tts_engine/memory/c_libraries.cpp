@@ -1,10 +1,9 @@
-// The allocations of the C libraries below the synthesiser, which fail with those of C++: expat's, Sonic's,
+// The allocations of the C libraries below the synthesiser, which fail with those of C++: expat's and
 // libsamplerate's. espeak-ng's own do not, but for its one part in C++, which throws.
 //
 // The linker hands the calls of these functions, and those of malloc and its kin, to what stands here.
 #include <expat.h>
 #include <samplerate.h>
-#include <sonic.h>
 #include <speechPlayer.h>
 
 #include <new>
@@ -57,9 +56,6 @@ WATCHED(XML_Parser, XML_ParserCreate, (const XML_Char* encoding), (encoding))
 WATCHED(XML_Parser, XML_ParserCreateNS, (const XML_Char* encoding, XML_Char separator), (encoding, separator))
 WATCHED(XML_Status, XML_Parse, (XML_Parser parser, const char* text, int size, int last), (parser, text, size, last))
 WATCHED(XML_Status, XML_ResumeParser, (XML_Parser parser), (parser))
-WATCHED(sonicStream, sonicCreateStream, (int rate, int channels), (rate, channels))
-WATCHED(int, sonicWriteShortToStream, (sonicStream stream, const short* samples, int count), (stream, samples, count))
-WATCHED(int, sonicFlushStream, (sonicStream stream), (stream))
 WATCHED(SRC_STATE*, src_new, (int kind, int channels, int* error), (kind, channels, error))
 
 #undef WATCHED
