@@ -341,7 +341,7 @@ void Streamer::take_event(const SpeechEvent& event) {
 void Streamer::emit_begun_tokens() {
     while (next_token_ < placer_.begun()) {
         const Token& token = sentence_.tokens[next_token_++];
-        speak_as(attributes_at(sentence_, token.first));
+        if (speaking_) speak_as(attributes_at(sentence_, token.first));
         emit_token(token, output_.made());
     }
 }
@@ -363,9 +363,9 @@ void Streamer::emit_marks_up_to(std::uint32_t character, std::uint64_t sample) {
 void Streamer::finish_speech() {
     output_.end_piece();
     keep_events_before_end();
+    speaking_ = false;
     placer_.finish();
     emit_begun_tokens();
-    speaking_ = false;
     const std::uint64_t pause = pause_behind_part();
     if (part_ends_) owe_to_paragraph(pause + owed_silence_);
     if (pause > 0 || part_ends_) emit_viseme("sil");
