@@ -26,9 +26,9 @@ static_assert(static_cast<int>(SpeechEvent::Kind::phoneme) == ESPEAK_STEPPER_PHO
 
 namespace {
 
-// espeak-ng always computes this many samples at a time, whatever a caller asks for: what it computes depends a little
-// on where its buffer ends. It is 12 ms, so that a first record of 20 ms costs little more than itself.
-constexpr std::size_t samples_per_step = 256;
+// espeak-ng always computes this many samples at a time, whatever a caller asks for: what it computes depends a little on
+// where its buffer ends. Three of these are the 12 ms of silence before a text's sound and a first record of 20 ms.
+constexpr std::size_t samples_per_step = 236;
 
 // What a piece gets that makes room for a first sound: a second.
 constexpr std::size_t samples_for_leaving = 22050;
