@@ -26,8 +26,8 @@ static_assert(static_cast<int>(SpeechEvent::Kind::phoneme) == ESPEAK_STEPPER_PHO
 
 namespace {
 
-// espeak-ng always computes this many samples at a time, whatever a caller asks for: what it computes depends a little on
-// where its buffer ends. Three of these are the 12 ms of silence before a text's sound and a first record of 20 ms.
+// espeak-ng always computes this many samples at a time, whatever a caller asks for: what it computes depends a little
+// on where its buffer ends. Three of these are the 12 ms of silence before a text's sound and a first record of 20 ms.
 constexpr std::size_t samples_per_step = 236;
 
 // What a piece gets that makes room for a first sound: a second.
@@ -294,7 +294,8 @@ void Generation::advance() {
     samples_.resize(before + samples_per_step + ESPEAK_STEPPER_OVERSHOOT);
     Collector collector{&events_, position_, produced_events_ - std::min(produced_events_, position_events_)};
     int done = 0;
-    const std::size_t made = espeak_stepper_fill(samples_.data() + before, samples_per_step, collect, &collector, &done);
+    const std::size_t made =
+        espeak_stepper_fill(samples_.data() + before, samples_per_step, collect, &collector, &done);
     const auto known =
         static_cast<std::size_t>(std::min<std::uint64_t>(made, produced_ - std::min(produced_, position_)));
     const auto first = samples_.begin() + static_cast<std::ptrdiff_t>(before);
@@ -329,8 +330,7 @@ void Generation::advance_piece_in_work() {
 void Generation::make_room(Turn& turn) {
     State& engine = state();
     if (turn.is_first()) {
-        for (std::size_t made = 0; engine.in_work != nullptr && made < samples_for_leaving;
-             made += samples_per_step)
+        for (std::size_t made = 0; engine.in_work != nullptr && made < samples_for_leaving; made += samples_per_step)
             advance_piece_in_work();
         if (engine.in_work != nullptr) engine.in_work->leave();
         return;
