@@ -14,8 +14,7 @@
 #endif
 
 // The stack that must be enough for any input. AddressSanitizer makes frames larger and puts a red zone around each
-// variable: what fits into 256 kB without it took up to 3.5 times as much with it, so the tests have four times as
-// much.
+// variable, so the tests that run under it have four times as much. The factor is an estimate.
 constexpr std::size_t promised_stack = std::size_t{256} * 1024;
 #if defined(__SANITIZE_ADDRESS__)
 constexpr std::size_t tested_stack = 4 * promised_stack;
