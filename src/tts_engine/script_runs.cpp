@@ -117,7 +117,7 @@ private:
         }
     }
 
-    // What stands directly before a letter is of its language.
+    // What is directly before a letter is of its language.
     void take_start(std::size_t letter) {
         const auto& text = sentence_.text;
         const auto is_other = [&](std::size_t at) {

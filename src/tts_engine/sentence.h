@@ -87,7 +87,7 @@ struct Sentence {
 // initial or a German ordinal, or precedes a small letter, it does not), at the ends of scripts without blanks, at an
 // empty line, and where the document says so. A sentence that does not end is cut at a blank, or where there is none
 // between characters as a reader sees them, so that no piece grows without bound. Blanks at both ends of a sentence
-// belong to none. Marks behind a sentence's end stand at the start of the next.
+// belong to none. Marks after a sentence's end are at the start of the next.
 //
 // Text is composed as it arrives (composition.h): a mark and its letter are one character, whose range is that of both.
 // Invisible characters are left out, unless they change how something is read or the text is spelled.
@@ -170,8 +170,8 @@ private:
     bool paragraph_ = false;    // a paragraph has ended since the last text
     std::vector<Token> words_;  // the words that are set, by position
     End end_ = End::none;       // what the text so far ends with, but for closing quotes and brackets
-    bool closed_ = false;       // closing quotes or brackets stand behind that end
-    bool blank_ = false;        // and blanks behind that
+    bool closed_ = false;       // closing quotes or brackets follow that end
+    bool blank_ = false;        // and blanks after that
     unsigned newlines_ = 0;     // how many of those are line ends
     bool layout_ = false;       // one of those breaks lines or columns
     bool names_signs_ = false;

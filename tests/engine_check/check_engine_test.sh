@@ -14,7 +14,7 @@ printf 'language = en-us\n' >"$here/voice-22i"
 
 run() { out=$(${wine:+"$wine"} "$program" "$@" 2>&1 </dev/null | tr -d '\r'; exit "${PIPESTATUS[0]}"); status=$?; }
 
-# expect NAME STATUS TEXT ARGUMENT...: TEXT stands in the output.
+# expect NAME STATUS TEXT ARGUMENT...: TEXT is in the output.
 expect() {
     local name=$1 wanted=$2 text=$3
     shift 3

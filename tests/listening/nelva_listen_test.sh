@@ -16,7 +16,7 @@ run() {
     status=$?
 }
 
-# expect NAME STATUS TEXT ARGUMENT...: TEXT stands in the output.
+# expect NAME STATUS TEXT ARGUMENT...: TEXT is in the output.
 expect() {
     local name=$1 wanted=$2 text=$3
     shift 3

@@ -205,7 +205,7 @@ TEST(Scripts, no_pause_stands_between_them) {
 }
 
 TEST(Scripts, the_sentence_goes_on_after_a_quote_too) {
-    // What stands before the Russian word sounds as before a comma, not as at the sentence's end.
+    // What is before the Russian word sounds as before a comma, not as at the sentence's end.
     const Speech quoted = speak("He said \"yes\" привет.");
     const Speech comma = speak("He said \"yes\", привет.");
     const auto end = static_cast<std::ptrdiff_t>(quoted.sample_of("привет"));
